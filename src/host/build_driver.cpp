@@ -1,0 +1,208 @@
+// One build, stage by stage. Every stage answers whether the next one may begin; the first that may not has shown its
+// message.
+#include "host/build_driver.h"
+
+#include "host/build_options.h"
+#include "host/frame_reduction.h"
+#include "host/host_link.h"
+#include "host/message_box.h"
+#include "instruments/effect_registry.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string>
+
+namespace veldran {
+namespace {
+
+constexpr char kComment[] =
+    "CREATED BY...\r\n\r\n"
+    "This animation was created by Korvel's Tavolin or Merrowin and the Voltane #1 plugin.\r\n\r\n"
+    "See\r\n\r\n    https://www.korvel.example\r\n\r\nfor more information.";
+
+class WaitCursor {
+public:
+    WaitCursor() : previous_(SetCursor(LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)))) {}
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+    ~WaitCursor() { SetCursor(previous_); }
+
+private:
+    HCURSOR previous_;
+};
+
+class AnimationBuild {
+public:
+    AnimationBuild(HWND dialog, HostParams* host, BuildKind kind)
+        : dialog_(dialog), host_(host), kind_(kind), options_(readBuildOptions(dialog, kind)) {}
+    AnimationBuild(const AnimationBuild&) = delete;
+    AnimationBuild& operator=(const AnimationBuild&) = delete;
+    ~AnimationBuild() { freeAll(frames_); }
+
+    bool run() {
+        askBackground();
+        plan_ = planFixedPalette(options_.palette);
+        return renderFrames() && quantize() && supercompress() && remap() && deliver();
+    }
+
+private:
+    bool fail(const std::string& message) {
+        showMessage(dialog_, message);
+        return false;
+    }
+    bool failMemory() { return fail(errorText(ErrorCode::Memory)); }
+
+    void askBackground();
+    bool renderFrames();
+    bool quantize();
+    bool supercompress();
+    bool remap();
+    bool deliver();
+    bool addFrames();
+    void setBackground();
+    void fillTask();
+
+    HWND dialog_;
+    HostParams* host_;
+    BuildKind kind_;
+    BuildOptions options_;
+    SlotWish wish_{};
+    PalettePlan plan_;
+    FrameList frames_;
+    HostTaskInfo task_{};
+};
+
+void AnimationBuild::askBackground() {
+    const EffectDescriptor& effect = effectDescriptor(options_.effect);
+    wish_.supercompress = options_.supercompress;
+    wish_.colour = effect.background != nullptr ? effect.background(dialog_, options_.transparent) : kNoColour;
+    wish_.transparent = options_.transparent && wish_.colour != kNoColour;
+    wish_.background = wish_.transparent || (options_.maskBackground && wish_.colour != kNoColour);
+}
+
+bool AnimationBuild::renderFrames() {
+    const EffectDescriptor& effect = effectDescriptor(options_.effect);
+    clearProgress(host_);
+    showStatus(host_, "Building");
+    if (effect.build == nullptr) {
+        OutputDebugStringA((std::string("veldran1: no build entry yet: ") + effect.name + "\n").c_str());
+        return failMemory();
+    }
+    showStatus(host_, "Building");
+    BuildContext context{};
+    context.dialog = dialog_;
+    context.frames = &frames_;
+    context.host = host_;
+    const bool built = effect.build(&context) != 0;
+    if (!built)
+        return failMemory();
+    clearProgress(host_);
+    return frames_.count > 0 || failMemory();
+}
+
+bool AnimationBuild::quantize() {
+    if (!options_.customPalette || options_.trueColour)
+        return true;
+    showStatus(host_, "Quantizing");
+    const LockedFrames frames(frames_);
+    std::optional<PalettePlan> plan = frames ? planAdaptivePalette(frames.views(), wish_) : std::nullopt;
+    if (!plan)
+        return failMemory();
+    plan_ = *plan;
+    return true;
+}
+
+bool AnimationBuild::supercompress() {
+    if (!options_.supercompress)
+        return true;
+    showStatus(host_, "Supercompressing");
+    return makeChangeMasks(frames_, wish_.colour, host_) || failMemory();
+}
+
+bool AnimationBuild::remap() {
+    showStatus(host_, "Remapping");
+    if (options_.trueColour) {
+        for (int i = 0; i < frames_.count; ++i)
+            showProgress(host_, i, frames_.count);
+        return true;
+    }
+    const Dithering dithering = options_.dither ? Dithering::ErrorDiffusion : Dithering::None;
+    if (!plan_.adaptive) {
+        const LockedFrames frames(frames_);
+        if (!frames)
+            return failMemory();
+        plan_.slot = findFreeSlot(plan_, frames.views(), wish_, dithering);
+    }
+    return remapFrames(frames_, plan_, wish_, dithering, host_) || failMemory();
+}
+
+void AnimationBuild::fillTask() {
+    const FrameSize largest = largestFrame(frames_);
+    task_.size = sizeof task_;
+    task_.version = kPluginInterfaceVersion;
+    task_.owner = dialog_;
+    task_.bitsPerPixel = static_cast<std::uint32_t>(plan_.depth);
+    task_.width = static_cast<std::uint32_t>(largest.width);
+    task_.height = static_cast<std::uint32_t>(largest.height);
+    std::memcpy(task_.palette, plan_.palette.data(), sizeof task_.palette);
+    task_.frameCount = static_cast<std::uint32_t>(frames_.count);
+}
+
+void AnimationBuild::setBackground() {
+    if ((host_->flags & kDelayInHundredths) != 0)
+        sendToHost(host_, &task_, kHostSetBackground, kBackgroundByIndex, backgroundEntry(plan_, wish_.colour));
+    else
+        sendToHost(host_, &task_, kHostSetBackground, kBackgroundByColour, static_cast<std::intptr_t>(wish_.colour));
+}
+
+bool AnimationBuild::addFrames() {
+    const LockedBlock lock(frames_.block);
+    const auto* records = reinterpret_cast<const FrameRecord*>(lock.data());
+    if (!lock)
+        return failMemory();
+    for (int i = 0; i < frames_.count; ++i) {
+        HostImageInfo info{};
+        info.size = sizeof info;
+        info.version = kPluginInterfaceVersion;
+        info.image = records[i].image;
+        info.alpha = options_.alpha ? 1 : 0;
+        info.delay = records[i].delay;
+        info.index = static_cast<std::uint32_t>(i);
+        info.transparentIndex = options_.alpha ? 0 : records[i].transparent;
+        if (sendToHost(host_, &task_, kHostAddImage, 0, reinterpret_cast<std::intptr_t>(&info)) == 0)
+            return fail("There has been an error adding an image to the current file object.");
+    }
+    return true;
+}
+
+bool AnimationBuild::deliver() {
+    fillTask();
+    const HostCommand create = kind_ == BuildKind::Test ? kHostCreateTestTask : kHostCreateTask;
+    if (sendToHost(host_, nullptr, create, 0, reinterpret_cast<std::intptr_t>(&task_)) == 0)
+        return fail("Error creating new task.");
+    setBackground();
+    const bool added = addFrames();
+    if (added && options_.addComment)
+        sendToHost(host_, &task_, kHostAddComment, 0, reinterpret_cast<std::intptr_t>(kComment));
+    sendToHost(host_, &task_, kHostFinishTask, added ? 1 : 0, 0);
+    return added;
+}
+
+} // namespace
+
+bool buildAnimation(HWND dialog, HostParams* host, BuildKind kind) {
+    const AlphaCheckGuard alpha(dialog, kind);
+    const WaitCursor cursor;
+    bool done = false;
+    try {
+        done = AnimationBuild(dialog, host, kind).run();
+    } catch (const std::bad_alloc&) {
+        showError(dialog, ErrorCode::Memory);
+    }
+    if (!done)
+        clearProgress(host);
+    return done;
+}
+
+} // namespace veldran

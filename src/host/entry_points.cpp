@@ -1,0 +1,100 @@
+// The library's entry and its two exports: thin shells that check what they are given and let nothing escape into the
+// host.
+#include "base/module.h"
+#include "host/message_box.h"
+#include "host/plugin_abi.h"
+#include "settings/default_paths.h"
+#include "settings/settings_store.h"
+#include "ui/main_dialog.h"
+#include "ui/plugin_fonts.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include <commctrl.h>
+#include <windows.h>
+
+namespace veldran {
+namespace {
+
+constexpr std::string_view kName = "Voltane #1";
+constexpr std::string_view kCredit = "Voltane #1 animated instruments, drawn and written at Korvel.";
+static_assert(kCredit.size() + 1 == sizeof PluginInfo::credit);
+
+constexpr char kHostTooOld[] = "You need a newer version of Tavolin or Merrowin to support this plugin.\n\n"
+                               "Please visit the Korvel web page to update your software.";
+
+// Copies a text and its NUL to `offset` of a block of `size` bytes; what does not fit is cut, still terminated.
+void putText(unsigned char* block, std::uint32_t size, std::size_t offset, std::string_view text) {
+    if (offset >= size)
+        return;
+    const std::size_t length = std::min<std::size_t>(text.size(), size - offset - 1);
+    std::memcpy(block + offset, text.data(), length);
+    block[offset + length] = 0;
+}
+
+int fillPluginInfo(PluginInfo* info) {
+    constexpr std::uint32_t kSmallest = offsetof(PluginInfo, name); // size and version
+    if (info == nullptr || info->size < kSmallest)
+        return 0;
+    const std::uint32_t size = info->size;
+    auto* block = reinterpret_cast<unsigned char*>(info);
+    std::memset(block, 0, size);
+    info->size = size;
+    info->version = kPluginInterfaceVersion;
+    putText(block, size, offsetof(PluginInfo, name), kName);
+    putText(block, size, offsetof(PluginInfo, credit), kCredit);
+    return 1;
+}
+
+void registerControlClasses() {
+    INITCOMMONCONTROLSEX classes{sizeof classes, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&classes);
+}
+
+int configureAndBuild(HWND parent, HostParams* params) {
+    if (params == nullptr)
+        return 0;
+    if ((params->version >> 8 & 0xFF) < kLowestHostMajorVersion) {
+        showMessage(parent, kHostTooOld);
+        return 0;
+    }
+    const PluginFonts fonts = createPluginFonts();
+    setCurrentFonts(&fonts);
+    registerControlClasses();
+    computePluginFolder();
+    fillDefaultPaths(params->flags, isShiftHeld() ? DefaultPaths::Everywhere : DefaultPaths::WhereEmpty);
+    runMainDialog(parent, params);
+    setCurrentFonts(nullptr);
+    if (parent != nullptr) {
+        InvalidateRect(parent, nullptr, TRUE);
+        UpdateWindow(parent);
+    }
+    return 1;
+}
+
+} // namespace
+} // namespace veldran
+
+extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH)
+        veldran::setModuleInstance(instance);
+    return TRUE;
+}
+
+int PLUGIN16_CALL PLUGIN16GetPluginParams(PluginInfo* info) {
+    return veldran::fillPluginInfo(info);
+}
+
+int PLUGIN16_CALL PLUGIN16DoBuild(void* parentWindow, HostParams* params) {
+    try {
+        return veldran::configureAndBuild(static_cast<HWND>(parentWindow), params);
+    } catch (...) {
+        return 0;
+    }
+}
+}

@@ -1,0 +1,145 @@
+// Shell around the core's pixel work: records in, records out.
+#include "host/frame_reduction.h"
+
+#include "host/host_link.h"
+
+#include <algorithm>
+
+namespace veldran {
+namespace {
+
+// The records of a list, locked.
+class LockedRecords {
+public:
+    explicit LockedRecords(const FrameList& list) : lock_(list.block), count_(list.count) {}
+    explicit operator bool() const { return static_cast<bool>(lock_); }
+    FrameRecord* begin() const { return reinterpret_cast<FrameRecord*>(lock_.data()); }
+    FrameRecord* end() const { return begin() + count_; }
+
+private:
+    LockedBlock lock_;
+    std::int32_t count_;
+};
+
+bool makeChangeMask(const ImageView& running, FrameRecord& record) {
+    const LockedImage frame(record.image);
+    if (!frame || frame.view().bits != running.bits)
+        return false;
+    GlobalBlock mask = createImage(frame.view().width, frame.view().height, 1);
+    const LockedImage maskImage(mask.get());
+    if (!maskImage)
+        return false;
+    updateChangeMask(running, frame.view(), maskImage.view());
+    GlobalBlock old(record.changeMask);
+    record.changeMask = mask.release();
+    return true;
+}
+
+void fillColourTable(const LockedImage& image, const Palette& palette) {
+    auto* out = const_cast<std::uint8_t*>(image.view().colourTable);
+    for (const PaletteEntry& entry : palette) {
+        *out++ = entry.blue;
+        *out++ = entry.green;
+        *out++ = entry.red;
+        *out++ = 0;
+    }
+}
+
+// Writes the reserved slot into a remapped frame and answers the frame's transparent index.
+std::uint32_t fillSlot(const FrameRecord& record, bool isFirst, const ImageView& source, const ImageView& target,
+                       const PalettePlan& plan, const SlotWish& wish) {
+    if (plan.slot < 0)
+        return kNotTransparent;
+    const auto slot = static_cast<std::uint8_t>(plan.slot);
+    if (!wish.supercompress) {
+        mapColourToSlot(target, source, wish.colour, slot);
+        return wish.transparent ? slot : kNotTransparent;
+    }
+    if (isFirst && wish.colour != kNoColour)
+        mapColourToSlot(target, source, wish.colour, slot);
+    if (const LockedImage mask(record.changeMask); mask)
+        fillUnchanged(target, mask.view(), slot);
+    return slot;
+}
+
+bool remapFrame(FrameRecord& record, bool isFirst, Remapper& remapper, const PalettePlan& plan, const SlotWish& wish) {
+    const LockedImage source(record.image);
+    if (!source)
+        return false;
+    GlobalBlock remapped = createImage(source.view().width, source.view().height, 8);
+    {
+        const LockedImage target(remapped.get());
+        if (!target)
+            return false;
+        fillColourTable(target, plan.palette);
+        remapper.remap(source.view(), target.view());
+        record.transparent = fillSlot(record, isFirst, source.view(), target.view(), plan, wish);
+    }
+    record.image = remapped.release();
+    return true;
+}
+
+} // namespace
+
+LockedFrames::LockedFrames(const FrameList& list) {
+    const LockedRecords records(list);
+    complete_ = static_cast<bool>(records);
+    for (const FrameRecord* record = records.begin(); complete_ && record != records.end(); ++record) {
+        LockedImage image(record->image);
+        complete_ = image && image.view().bits >= 24;
+        if (complete_)
+            views_.push_back(image.view());
+        images_.push_back(std::move(image));
+    }
+}
+
+bool makeChangeMasks(FrameList& list, Colour transparentColour, const HostParams* host) {
+    const LockedRecords records(list);
+    if (!records)
+        return false;
+    const GlobalBlock runningBlock = copyImage(records.begin()->image);
+    const LockedImage running(runningBlock.get());
+    if (!running)
+        return false;
+    showProgress(host, 0, list.count);
+    for (int i = 1; i < list.count; ++i) {
+        FrameRecord& record = records.begin()[i];
+        if (!makeChangeMask(running.view(), record))
+            return false;
+        record.transparent = transparentColour;
+        showProgress(host, i, list.count);
+    }
+    return true;
+}
+
+bool remapFrames(FrameList& list, const PalettePlan& plan, const SlotWish& wish, Dithering dithering,
+                 const HostParams* host) {
+    const LockedRecords records(list);
+    if (!records)
+        return false;
+    Remapper remapper(plan.palette, plan.colours, dithering);
+    for (int i = 0; i < list.count; ++i) {
+        FrameRecord& record = records.begin()[i];
+        const HGLOBAL source = record.image;
+        if (!remapFrame(record, i == 0, remapper, plan, wish))
+            return false;
+        GlobalBlock old(source);
+        showProgress(host, i, list.count);
+    }
+    return true;
+}
+
+FrameSize largestFrame(const FrameList& list) {
+    FrameSize largest{0, 0};
+    const LockedRecords records(list);
+    for (const FrameRecord* record = records.begin(); records && record != records.end(); ++record) {
+        const LockedImage image(record->image);
+        if (!image)
+            continue;
+        largest.width = std::max(largest.width, image.view().width);
+        largest.height = std::max(largest.height, image.view().height);
+    }
+    return largest;
+}
+
+} // namespace veldran

@@ -1,0 +1,29 @@
+// Palettes made for an animation: the colours that represent all its frames best. Core: knows no windows, asks nothing
+// at random; the same frames in any order give the same palette.
+#pragma once
+
+#include "host/palette.h"
+#include "render/image_view.h"
+
+#include <optional>
+#include <span>
+
+namespace veldran {
+
+struct QuantizeRequest {
+    std::span<const ConstImageView> frames; // 24 or 32 bits, of any sizes
+    int colours;                            // at most so many entries are made: 1 to 256
+    std::optional<Colour> excluded;         // pixels of this colour take no part
+};
+
+// Fills the first entries of `palette` and returns how many; nothing when memory runs out. 0 entries when no pixel
+// takes part. Exact when the frames hold no more colours than asked for.
+//
+// The first method counts every colour, cuts the colours by variance and refines the cut by k-means.
+std::optional<int> optimalPalette(const QuantizeRequest& request, Palette& palette);
+
+// The second method needs about half a megabyte whatever the frames hold: it cuts a table of colours of five bits a
+// channel at its medians.
+std::optional<int> optimalPaletteInSmallMemory(const QuantizeRequest& request, Palette& palette);
+
+} // namespace veldran

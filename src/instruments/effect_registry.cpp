@@ -1,0 +1,70 @@
+// Joins the instruments' names and panels with the entries that draw them.
+#include "instruments/effect_registry.h"
+
+#include "instruments/effect_list.h"
+#include "instruments/radar.h"
+#include "settings/parameter_reader.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace veldran {
+namespace {
+
+struct Entries {
+    std::string_view name;
+    int (*preview)(BuildContext* context);
+    int (*build)(BuildContext* context);
+    Colour (*background)(HWND dialog, int transparent);
+};
+
+// The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
+constexpr Entries kDrawable[] = {
+    {"Radar", radarPreview, radarBuild, radarBackground},
+};
+
+struct Registry {
+    std::array<std::vector<int>, kEffectCount> controls;
+    std::array<EffectDescriptor, kEffectCount> effects{};
+
+    Registry() {
+        for (std::size_t i = 0; i < effects.size(); ++i) {
+            const EffectRow& row = effectRows()[i];
+            controls[i] = controlList(row);
+            effects[i].name = row.name;
+            effects[i].controls = controls[i].data();
+            const auto* entries = std::ranges::find(kDrawable, std::string_view(row.name), &Entries::name);
+            if (entries == std::end(kDrawable))
+                continue;
+            effects[i].preview = entries->preview;
+            effects[i].build = entries->build;
+            effects[i].background = entries->background;
+        }
+    }
+};
+
+const Registry& registry() {
+    static const Registry instance;
+    return instance;
+}
+
+} // namespace
+
+const std::array<EffectDescriptor, 20>& EffectRegistry() {
+    return registry().effects;
+}
+
+const EffectDescriptor& effectDescriptor(int row) {
+    return EffectRegistry()[static_cast<std::size_t>(std::clamp(row, 0, kEffectCount - 1))];
+}
+
+void showInstrumentControls(HWND dialog, int row) {
+    if (row < 0 || row >= kEffectCount)
+        showControls(dialog, {});
+    else
+        showControls(dialog, registry().controls[static_cast<std::size_t>(row)]);
+}
+
+} // namespace veldran

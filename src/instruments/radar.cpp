@@ -1,0 +1,245 @@
+// Radar: a round screen, a sweep with an afterglow, the graticule over it, and markers that light up under the sweep.
+// Everything is drawn in the pixels of the graticule and reduced at the end; the numbers come from radar_model.
+#include "instruments/radar.h"
+
+#include "base/gdi.h"
+#include "instruments/frame_loop.h"
+#include "instruments/radar_model.h"
+#include "render/blend.h"
+#include "render/canvas.h"
+#include "render/frame_image.h"
+#include "render/packed_image.h"
+#include "render/shape_mask.h"
+#include "settings/parameter_reader.h"
+#include "settings/settings_store.h"
+
+#include <optional>
+
+namespace veldran {
+namespace {
+
+constexpr int kGraticuleResource = 7210;
+constexpr int kMarkerControl = kRadarControl<Setting::None>;
+constexpr int kPreviewAngle = 45;
+constexpr int kMarkerHalfSide = 6;
+
+// A label stands beside its marker, on the side of the centre.
+constexpr int kLabelGapLeft = 16;
+constexpr int kLabelGapRight = 14;
+constexpr int kLabelGapAbove = 2;
+constexpr int kLabelMarginX = 4;
+constexpr int kLabelMarginY = 1;
+constexpr int kLabelWeight = 700;
+
+struct RadarParameters {
+    Colour trace;
+    Colour screen;
+    Colour scale;
+    Colour marker;
+    Colour background;
+    int size;
+    int padding;
+    int increment;
+    int traceAngle;
+    bool pingMarkers;
+    int labelHeight;                  // graticule pixels
+    std::vector<RadarMarker> markers; // those to be drawn
+};
+
+// What is the same for every frame of a build.
+struct RadarScene {
+    RadarParameters parameters;
+    RadarGeometry geometry;
+    ConstImageView graticule;
+    Font labelFont;
+};
+
+std::vector<RadarMarker> readMarkers(HWND dialog) {
+    std::vector<RadarMarker> markers;
+    if (isChecked(dialog, kRadarControl<Setting::MainRadarShowMarkers>))
+        for (const std::string& line : readLines(dialog, kMarkerControl))
+            markers.push_back(parseRadarMarker(line));
+    return markers;
+}
+
+RadarParameters readParameters(HWND dialog) {
+    RadarParameters p{};
+    p.trace = readColour(dialog, kRadarControl<Setting::MainRadarGreenColor>);
+    p.screen = readColour(dialog, kRadarControl<Setting::MainRadarBlackColor>);
+    p.scale = readColour(dialog, kRadarControl<Setting::MainRadarWhiteColor>);
+    p.marker = readColour(dialog, kRadarControl<Setting::MainRadarMarkerColor>);
+    p.background = radarBackground(dialog, 0);
+    p.size = readParameter(dialog, kRadarControl<Setting::MainRadarSize>);
+    p.padding = readParameter(dialog, kRadarControl<Setting::MainRadarPadding>);
+    p.increment = readChoiceNumber(dialog, kRadarControl<Setting::MainRadarIncrement>);
+    p.traceAngle = readParameter(dialog, kRadarControl<Setting::MainRadarAngle>);
+    p.pingMarkers = isChecked(dialog, kRadarControl<Setting::MainRadarPingMarkers>);
+    p.labelHeight = static_cast<int>(pluginSettings().number(Setting::AdvancedRadarMarkerFontSize));
+    p.markers = readMarkers(dialog);
+    return p;
+}
+
+// Antialiased whatever the system's font smoothing: coloured fringes would cost palette entries.
+Font createLabelFont(int height) {
+    return Font(CreateFontA(height, 0, 0, 0, kLabelWeight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                            CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH, "Arial"));
+}
+
+void fillDisc(HDC dc, RadarPoint centre, int radius, Colour colour) {
+    const Brush brush(CreateSolidBrush(colour));
+    const Selected selectedBrush(dc, brush.get());
+    const Selected pen(dc, GetStockObject(NULL_PEN));
+    Ellipse(dc, centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius);
+}
+
+void fillRectangle(HDC dc, const RECT& rectangle, Colour colour) {
+    const Brush brush(CreateSolidBrush(colour));
+    FillRect(dc, &rectangle, brush.get());
+}
+
+void drawScreen(const ScopedCanvas& picture, const RadarScene& scene) {
+    fillRectangle(picture.dc(), picture.bounds(), scene.parameters.background);
+    fillDisc(picture.dc(), scene.geometry.centre, kRadarScreenRadius, scene.parameters.screen);
+}
+
+void drawSweep(const ScopedCanvas& glow, const RadarScene& scene, int angle) {
+    const RadarPoint centre = scene.geometry.centre;
+    FillRect(glow.dc(), &glow.bounds(), static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    for (const SweepLine& line :
+         sweepLines(scene.geometry, angle, scene.parameters.traceAngle, sweepDirection(scene.parameters.increment))) {
+        const Pen pen(CreatePen(PS_SOLID, 2 * scene.geometry.unit, RGB(line.grey, line.grey, line.grey)));
+        const Selected selected(glow.dc(), pen.get());
+        MoveToEx(glow.dc(), centre.x, centre.y, nullptr);
+        LineTo(glow.dc(), line.end.x, line.end.y);
+    }
+    fillDisc(glow.dc(), centre, kRadarHubRadius, 0);
+}
+
+// The box of a label of the given text size, beside the marker and turned to the screen's centre.
+RECT labelBox(const RadarScene& scene, RadarPoint marker, SIZE text) {
+    const RadarPoint centre = scene.geometry.centre;
+    const LONG left = marker.x > centre.x ? marker.x - text.cx - kLabelGapLeft : marker.x + kLabelGapRight;
+    const LONG top = marker.y > centre.y ? marker.y - text.cy - kLabelGapAbove : marker.y;
+    RECT box{left, top, left + text.cx, top + text.cy};
+    InflateRect(&box, kLabelMarginX, kLabelMarginY);
+    return box;
+}
+
+void drawLabel(HDC dc, const RadarScene& scene, const std::string& name, RadarPoint position) {
+    const Colour colour = scene.parameters.marker;
+    const Selected font(dc, scene.labelFont.get());
+    SIZE text{};
+    GetTextExtentPoint32A(dc, name.c_str(), static_cast<int>(name.size()), &text);
+    RECT box = labelBox(scene, position, text);
+    {
+        const Pen pen(CreatePen(PS_INSIDEFRAME, scene.geometry.unit, colour));
+        const Brush brush(CreateSolidBrush(scene.parameters.screen));
+        const Selected selectedPen(dc, pen.get());
+        const Selected selectedBrush(dc, brush.get());
+        Rectangle(dc, box.left, box.top, box.right, box.bottom);
+    }
+    const TextStyle style(dc, colour);
+    DrawTextA(dc, name.c_str(), static_cast<int>(name.size()), &box,
+              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+void drawMarker(HDC dc, const RadarScene& scene, const RadarMarker& marker, const ConstImageView& glow) {
+    const RadarPoint at = markerPosition(scene.geometry, marker);
+    Colour colour = scene.parameters.marker;
+    if (scene.parameters.pingMarkers && glow.contains(at.x, at.y))
+        colour = pingColour(colour, scene.parameters.scale, *glow.pixel(at.x, at.y));
+    fillRectangle(dc, {at.x - kMarkerHalfSide, at.y - kMarkerHalfSide, at.x + kMarkerHalfSide, at.y + kMarkerHalfSide},
+                  colour);
+    if (!marker.name.empty())
+        drawLabel(dc, scene, marker.name, at);
+}
+
+// One frame with the sweep's leading edge at `angle` degrees.
+GlobalBlock render(const RadarScene& scene, int angle) {
+    const RadarGeometry& geometry = scene.geometry;
+    ScopedCanvas picture(geometry.width, geometry.height);
+    const ScopedCanvas glow(geometry.width, geometry.height);
+    if (!picture || !glow)
+        return {};
+    drawScreen(picture, scene);
+    drawSweep(glow, scene, angle);
+    blendColourThroughMask(picture.pixels(), glow.pixels(), scene.parameters.trace);
+    blendInk(picture.pixels(), scene.graticule, geometry.pad, geometry.pad, scene.parameters.scale);
+    for (const RadarMarker& marker : scene.parameters.markers)
+        drawMarker(picture.dc(), scene, marker, glow.pixels());
+    return reducedOrUnchanged(picture.finish(), geometry.percent);
+}
+
+// The outline of the round screen, reduced as the frames are.
+GlobalBlock renderMask(const RadarGeometry& geometry) {
+    const int radius = geometry.unit + kRadarScreenRadius;
+    const RadarPoint centre = geometry.centre;
+    return ellipseMaskReduced(geometry.width, geometry.height,
+                              {centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius},
+                              geometry.percent);
+}
+
+std::optional<RadarScene> makeScene(HWND dialog, const LockedImage& graticule) {
+    if (!graticule || graticule.view().bits == 1)
+        return std::nullopt;
+    RadarScene scene;
+    scene.parameters = readParameters(dialog);
+    scene.graticule = graticule.view();
+    scene.geometry =
+        radarGeometry(scene.graticule.width, scene.graticule.height, scene.parameters.size, scene.parameters.padding);
+    scene.labelFont = createLabelFont(scene.parameters.labelHeight);
+    return scene;
+}
+
+int buildFrames(BuildContext& context, const RadarScene& scene) {
+    const int increment = clampIncrement(scene.parameters.increment);
+    const bool alpha = wantsAlpha(context.dialog);
+    FrameLoop loop;
+    loop.frames = sweepFrameCount(increment);
+    loop.progressTotal = 360;
+    loop.delay = frameDelay(context.dialog);
+    loop.progress = [increment](int index) { return index * std::abs(increment); };
+    loop.render = [&](int index) -> GlobalBlock {
+        if (alpha && context.mask == nullptr) {
+            context.mask = renderMask(scene.geometry).release();
+            if (context.mask == nullptr)
+                return {};
+        }
+        return render(scene, index * increment);
+    };
+    return runFrameLoop(context, loop);
+}
+
+// Loads the artwork, makes it known in the context for as long as `use` runs, and calls `use` with the scene.
+template <class Use>
+int withScene(BuildContext& context, Use use) {
+    const GlobalBlock artwork = loadPackedImage(kGraticuleResource);
+    const LockedImage graticule(artwork.get());
+    const std::optional<RadarScene> scene = makeScene(context.dialog, graticule);
+    if (!scene)
+        return 0;
+    context.artwork = &graticule.view();
+    const int result = use(*scene);
+    context.artwork = nullptr;
+    return result;
+}
+
+} // namespace
+
+int radarPreview(BuildContext* context) {
+    return withScene(*context, [context](const RadarScene& scene) {
+        const bool clockwise = sweepDirection(scene.parameters.increment) == SweepDirection::Clockwise;
+        context->previewImage = render(scene, clockwise ? kPreviewAngle : -kPreviewAngle).release();
+        return context->previewImage != nullptr ? 1 : 0;
+    });
+}
+
+int radarBuild(BuildContext* context) {
+    return withScene(*context, [context](const RadarScene& scene) { return buildFrames(*context, scene); });
+}
+
+Colour radarBackground(HWND dialog, int) {
+    return backgroundOr(dialog, readColour(dialog, kRadarControl<Setting::MainRadarPanelColor>));
+}
+
+} // namespace veldran

@@ -1,0 +1,80 @@
+// Parameters as data: one row describes one control of a panel and the setting that it edits. Control identities,
+// layout, filling, saving and reading all follow from the rows. Core: knows no windows.
+#pragma once
+
+#include "settings/settings_table.h"
+
+#include <cstdint>
+#include <span>
+
+namespace veldran {
+
+enum class ParameterKind : std::uint8_t {
+    Colour,  // swatch, 0x00BBGGRR
+    Number,  // field with a spinner
+    Check,   // check box
+    Choice,  // list; the setting holds the position of the chosen entry
+    Markers, // list of lines; `choices` holds the lines that stand there at first
+};
+
+struct ParameterRow {
+    ParameterKind kind;
+    const char* label;
+    Setting setting;
+    const char* range;   // Number: "minimum,maximum,default"
+    const char* choices; // Choice, Markers: entries separated by ";"
+};
+
+// Instrument controls have these identities; a spinner has its field's identity plus kSpinnerOffset and carries the
+// field's range as its window text.
+inline constexpr int kFirstInstrumentControl = 100;
+inline constexpr int kLastInstrumentControl = 670;
+inline constexpr int kSpinnerOffset = 10000;
+
+// How many identities a row takes: a label and a control; a check box carries its label itself.
+constexpr int identitiesOf(const ParameterRow& row) {
+    return row.kind == ParameterKind::Check ? 1 : 2;
+}
+
+// The identities that all rows take together, spinners apart.
+constexpr int identitiesOf(std::span<const ParameterRow> rows) {
+    int count = 0;
+    for (const ParameterRow& row : rows)
+        count += identitiesOf(row);
+    return count;
+}
+
+constexpr int spinnersOf(std::span<const ParameterRow> rows) {
+    int count = 0;
+    for (const ParameterRow& row : rows)
+        count += row.kind == ParameterKind::Number ? 1 : 0;
+    return count;
+}
+
+// The identity of the control that edits row `index`, when the identities are given out in order from `first` on: label
+// first, control after it.
+constexpr int controlOfRow(std::span<const ParameterRow> rows, int first, std::size_t index) {
+    return first + identitiesOf(rows.subspan(0, index)) + identitiesOf(rows[index]) - 1;
+}
+
+// The identity of the control that edits `setting`; 0 when no row does.
+constexpr int controlOf(std::span<const ParameterRow> rows, int first, Setting setting) {
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (rows[i].setting == setting)
+            return controlOfRow(rows, first, i);
+    return 0;
+}
+
+struct NumberRange {
+    int minimum;
+    int maximum;
+};
+
+// Parses "minimum,maximum,default". What cannot be read keeps the value of a field without a spinner: 0 to 100.
+NumberRange parseRange(const char* text);
+
+// The value of a number field whose text, read as an integer, is `value`: clamped to the range. `value` is wider than
+// the range's type because a field may hold any unsigned 32-bit number.
+int clampToRange(std::int64_t value, NumberRange range);
+
+} // namespace veldran

@@ -1,0 +1,14 @@
+// The configuration dialog.
+#pragma once
+
+#include "host/plugin_abi.h"
+
+#include <windows.h>
+
+namespace veldran {
+
+// Runs the dialog modally. It reads the configuration file when it opens and writes it when it is destroyed, however it
+// is closed.
+void runMainDialog(HWND owner, HostParams* host);
+
+} // namespace veldran

@@ -1,0 +1,48 @@
+// The sixteen custom colours of the system's dialog last as long as the process.
+#include "ui/swatch.h"
+
+#include "base/gdi.h"
+#include "settings/parameter_reader.h"
+
+#include <commdlg.h>
+
+namespace veldran {
+namespace {
+
+COLORREF customColours[16];
+
+void fillColour(HDC dc, const RECT& box, COLORREF colour) {
+    const Brush brush(CreateSolidBrush(colour));
+    FillRect(dc, &box, brush.get());
+}
+
+} // namespace
+
+void drawSwatch(const DRAWITEMSTRUCT& item) {
+    RECT box = item.rcItem;
+    const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+    DrawEdge(item.hDC, &box, pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
+    fillColour(item.hDC, box, GetSysColor(COLOR_BTNFACE));
+    InflateRect(&box, -2, -2);
+    if ((item.itemState & ODS_DISABLED) == 0)
+        fillColour(item.hDC, box, readColour(GetParent(item.hwndItem), static_cast<int>(item.CtlID)));
+    if ((item.itemState & ODS_FOCUS) != 0) {
+        InflateRect(&box, 1, 1);
+        DrawFocusRect(item.hDC, &box);
+    }
+}
+
+bool chooseSwatchColour(HWND dialog, int controlId) {
+    CHOOSECOLORA choice{};
+    choice.lStructSize = sizeof choice;
+    choice.hwndOwner = dialog;
+    choice.rgbResult = readColour(dialog, controlId);
+    choice.lpCustColors = customColours;
+    choice.Flags = CC_RGBINIT | CC_FULLOPEN;
+    if (!ChooseColorA(&choice))
+        return false;
+    setColour(dialog, controlId, choice.rgbResult);
+    return true;
+}
+
+} // namespace veldran

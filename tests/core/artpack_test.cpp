@@ -1,0 +1,201 @@
+// The artwork packer from the command line to the bytes of the record.
+// Reads the records with zlib and plain offsets alone, as any other program would.
+#include "artpack/command_line.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<std::uint8_t>;
+using Arguments = std::vector<std::string>;
+
+std::uint32_t read32(const Bytes& bytes, std::size_t offset) {
+    return static_cast<std::uint32_t>(bytes.at(offset) | bytes.at(offset + 1) << 8 | bytes.at(offset + 2) << 16) |
+           static_cast<std::uint32_t>(bytes.at(offset + 3)) << 24;
+}
+
+// Three columns, two rows: red, lime, blue over white, black, and nothing drawn but a half-opaque black.
+constexpr const char* kSixPixels = R"(<svg xmlns="http://www.w3.org/2000/svg" width="3" height="2">
+  <rect width="1" height="1" fill="#f00"/><rect x="1" width="1" height="1" fill="#0f0"/>
+  <rect x="2" width="1" height="1" fill="#00f"/><rect x="1" y="1" width="1" height="1" fill="#000"/>
+  <rect x="2" y="1" width="1" height="1" fill="#000" fill-opacity="0.4"/></svg>)";
+
+class Artpack : public testing::Test {
+protected:
+    void SetUp() override {
+        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+        folder = fs::path(testing::TempDir()) / (std::string("artpack_") + test->name());
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    std::string path(const std::string& name) const { return (folder / name).string(); }
+
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(path(name), std::ios::binary) << text;
+    }
+
+    Bytes read(const std::string& name) const {
+        std::ifstream file(path(name), std::ios::binary);
+        return Bytes(std::istreambuf_iterator<char>(file), {});
+    }
+
+    int run(const Arguments& arguments) {
+        std::ostringstream stream;
+        const int code = artpack::run(arguments, stream);
+        errors = stream.str();
+        return code;
+    }
+
+    std::size_t fileCount() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+    }
+
+    // The bitmap in the record, after a look at the record's header.
+    Bytes unpack(const std::string& name) const {
+        const Bytes record = read(name);
+        if (record.size() < 52) {
+            ADD_FAILURE() << name << " is too short";
+            return {};
+        }
+        EXPECT_EQ(std::string(record.begin(), record.begin() + 8), "CPX_HEAD");
+        EXPECT_EQ(read32(record, 12), record.size() - 52);
+        EXPECT_EQ(read32(record, 16), 1u);
+        EXPECT_EQ(Bytes(record.begin() + 20, record.begin() + 52), Bytes(32));
+        Bytes bitmap(read32(record, 8));
+        uLongf size = bitmap.size();
+        EXPECT_EQ(uncompress(bitmap.data(), &size, record.data() + 52, record.size() - 52), Z_OK);
+        EXPECT_EQ(size, bitmap.size());
+        return bitmap;
+    }
+
+    fs::path folder;
+    std::string errors;
+};
+
+// biSize, width, height, planes and bit count, compression, image size, four unused.
+void expectHeader(const Bytes& bitmap, std::uint32_t planesAndBits, std::uint32_t imageSize) {
+    const std::uint32_t expected[] = {40, 3, 2, planesAndBits, 0, imageSize, 0, 0, 0, 0};
+    for (std::size_t i = 0; i < std::size(expected); ++i)
+        EXPECT_EQ(read32(bitmap, 4 * i), expected[i]) << "field " << i;
+}
+
+TEST_F(Artpack, ColourRowsRunBottomUpInBlueGreenRed) {
+    write("in.svg", kSixPixels);
+    ASSERT_EQ(run({"--bits", "24", "--size", "3x2", path("in.svg"), path("out.cpx")}), 0) << errors;
+    const Bytes bitmap = unpack("out.cpx");
+    ASSERT_EQ(bitmap.size(), 40u + 2 * 12);
+    expectHeader(bitmap, 1 | 24 << 16, 24);
+    // 60 % of white's 255 is 153. Nine bytes of pixels, three of padding.
+    const Bytes rows = {255, 255, 255, 0, 0, 0, 153, 153, 153, 0, 0, 0, 0, 0, 255, 0, 255, 0, 255, 0, 0, 0, 0, 0};
+    EXPECT_EQ(Bytes(bitmap.begin() + 40, bitmap.end()), rows);
+}
+
+TEST_F(Artpack, GreyIsLumaOverAGreyRamp) {
+    write("in.svg", kSixPixels);
+    ASSERT_EQ(run({"--size", "3x2", "--bits", "8", path("in.svg"), path("out.cpx")}), 0) << errors;
+    const Bytes bitmap = unpack("out.cpx");
+    ASSERT_EQ(bitmap.size(), 40u + 1024 + 2 * 4);
+    expectHeader(bitmap, 1 | 8 << 16, 8);
+    for (std::uint32_t i = 0; i < 256; ++i)
+        EXPECT_EQ(read32(bitmap, 40 + 4 * i), i * 0x010101) << "entry " << i;
+    // Of 255: 0.299 is 76.245, 0.587 is 149.685, 0.114 is 29.07.
+    const Bytes rows = {255, 0, 153, 0, 76, 150, 29, 0};
+    EXPECT_EQ(Bytes(bitmap.begin() + 1064, bitmap.end()), rows);
+}
+
+TEST_F(Artpack, SameArtworkGivesSameBytes) {
+    write("in.svg", kSixPixels);
+    for (const char* name : {"first.cpx", "second.cpx"})
+        ASSERT_EQ(run({"--bits", "24", "--size", "3x2", path("in.svg"), path(name)}), 0) << errors;
+    EXPECT_EQ(read("first.cpx"), read("second.cpx"));
+}
+
+TEST_F(Artpack, FailuresSayWhyAndLeaveTheOutputAlone) {
+    write("good.svg", kSixPixels);
+    write("text.svg", "no drawing");
+    write("cut.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="3" height="2"><g>)");
+    write("relative.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="100%" height="100%"/>)");
+    write("fraction.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="2.5" height="2"/>)");
+    write("old.cpx", "older");
+    fs::create_directories(path("folder/inside"));
+    const std::size_t filesBefore = fileCount();
+    const struct {
+        const char* input;
+        const char* size;
+        const char* output;
+        const char* named; // what the message must speak of
+    } cases[] = {
+        {"missing.svg", "3x2", "old.cpx", "missing.svg"},
+        {"text.svg", "3x2", "old.cpx", "text.svg"},
+        {"cut.svg", "3x2", "old.cpx", "cut.svg"},
+        {"relative.svg", "3x2", "old.cpx", "relative.svg"},
+        {"fraction.svg", "3x2", "old.cpx", "whole pixels"},
+        {"good.svg", "2x3", "old.cpx", "is 3 x 2 pixels, not 2 x 3"},
+        {"good.svg", "3x2", "nowhere/out.cpx", "nowhere/out.cpx"},
+        {"good.svg", "3x2", "folder", "folder"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(std::string(row.input) + " " + row.size + " " + row.output);
+        EXPECT_EQ(run({"--bits", "8", "--size", row.size, path(row.input), path(row.output)}), 1);
+        EXPECT_NE(errors.find(row.named), std::string::npos) << errors;
+        EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+        EXPECT_EQ(fileCount(), filesBefore);
+    }
+    const Bytes old = read("old.cpx");
+    EXPECT_EQ(std::string(old.begin(), old.end()), "older");
+}
+
+TEST_F(Artpack, WhatIsNoCommandShowsTheUsage) {
+    write("in.svg", kSixPixels);
+    const std::string in = path("in.svg");
+    const std::string out = path("out.cpx");
+    const Arguments cases[] = {
+        {},
+        {"--sheet", out},
+        {"--bits", "8", in, out},
+        {"--bits", "8", "--bits", "8", in, out},
+        {"--bits", "16", "--size", "3x2", in, out},
+        {"--bits", "8", "--size", "3", in, out},
+        {"--bits", "8", "--size", "3x2x", in, out},
+        {"--bits", "8", "--size", "0x2", in, out},
+        {"--bits", "8", "--size", "-3x2", in, out},
+        {"--bits", "8", "--size", "99999999999x2", in, out},
+        {"--bits", "8", "--size", "3x2", in, out, out},
+    };
+    for (const Arguments& arguments : cases) {
+        EXPECT_EQ(run(arguments), 2) << testing::PrintToString(arguments);
+        EXPECT_EQ(errors.rfind("usage: ", 0), 0u) << errors;
+    }
+    EXPECT_FALSE(fs::exists(out));
+}
+
+TEST_F(Artpack, SheetHoldsAllPictures) {
+    write("in.svg", kSixPixels);
+    write("wide.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="2000" height="10"/>)");
+    ASSERT_EQ(run({"--sheet", path("sheet.png"), path("in.svg"), path("wide.svg")}), 0) << errors;
+    const Bytes png = read("sheet.png");
+    ASSERT_GT(png.size(), 24u);
+    EXPECT_EQ(Bytes(png.begin(), png.begin() + 8), (Bytes{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'}));
+    // The header's width and height, most significant byte first: the wide picture and a margin on either side of it;
+    // two rows, since the second picture is wider than a row.
+    EXPECT_EQ(png[18] << 8 | png[19], 2000 + 2 * 16);
+    EXPECT_EQ(png[22] << 8 | png[23], 16 + (2 + 24 + 16) + (10 + 24 + 16));
+
+    EXPECT_EQ(run({"--sheet", path("none.png"), path("in.svg"), path("missing.svg")}), 1);
+    EXPECT_FALSE(fs::exists(path("none.png")));
+}
+
+} // namespace
