@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kTextWidthLimit = 420; // pixels; longer lines wrap
 constexpr int kMargin = 14;
+constexpr int kTextSlack = 4; // a label of exactly the measured width may break its last word
 constexpr int kIconSide = 32;
 constexpr int kButtonWidth = 88;
 constexpr int kButtonHeight = 26;
@@ -43,7 +44,7 @@ void layOut(HWND dialog, const std::string& text) {
     const SIZE size = measureText(label, text);
     const int textLeft = kMargin * 2 + kIconSide;
     const int bodyHeight = std::max<int>(size.cy, kIconSide);
-    const int width = std::max<int>(textLeft + size.cx, kButtonWidth + kMargin) + kMargin;
+    const int width = std::max<int>(textLeft + size.cx + kTextSlack, kButtonWidth + kMargin) + kMargin;
     const int buttonTop = kMargin * 2 + bodyHeight;
     RECT frame{0, 0, width, buttonTop + kButtonHeight + kMargin};
     AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrA(dialog, GWL_STYLE)), FALSE,
@@ -51,7 +52,7 @@ void layOut(HWND dialog, const std::string& text) {
     SetWindowPos(dialog, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     MoveWindow(GetDlgItem(dialog, MESSAGE_ICON), kMargin, kMargin, kIconSide, kIconSide, FALSE);
-    MoveWindow(label, textLeft, kMargin + (bodyHeight - size.cy) / 2, size.cx, size.cy, FALSE);
+    MoveWindow(label, textLeft, kMargin + (bodyHeight - size.cy) / 2, size.cx + kTextSlack, size.cy, FALSE);
     MoveWindow(GetDlgItem(dialog, IDOK), width - kMargin - kButtonWidth, buttonTop, kButtonWidth, kButtonHeight, FALSE);
     centreOnOwner(dialog);
 }

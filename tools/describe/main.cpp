@@ -112,7 +112,7 @@ void printSetting(const SettingRow& row) {
 int main() {
     std::printf("voltane-effects\t1\nbutton\ttest\t%d\n", kControlTest);
     for (std::size_t i = 0; i < effectRows().size(); ++i)
-        std::printf("effect\t%zu\t%s\t%s\n", i, effectRows()[i].parameters.empty() ? "planned" : "ready",
+        std::printf("effect\t%zu\t%s\t%s\n", i, effectRows()[i].state == EffectState::Ready ? "ready" : "planned",
                     effectRows()[i].name);
     std::set<std::string_view> printed;
     for (const SettingRow& row : settingRows())

@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Rules that no compiler checks. Prints what is wrong and the command or the change that mends it.
+set -u
+cd "$(dirname "$0")/.."
+status=0
+complain() {
+    printf '%s\n' "$@"
+    status=1
+}
+
+sources=$(git ls-files '*.cpp' '*.h')
+
+# The style is the checked-in one.
+unformatted=$(printf '%s\n' "$sources" | xargs clang-format --dry-run -Werror 2>&1 | grep -oE '^[^:]+\.(cpp|h)' | sort -u)
+[ -z "$unformatted" ] || complain "Not formatted; mend with: clang-format -i" "$unformatted"
+
+# Drawing objects are selected and deleted by their owners alone; the canvas is one.
+raw=$(printf '%s\n' "$sources" | grep '^src/' | grep -vxE 'src/base/gdi\.h|src/render/canvas\.cpp' |
+    xargs grep -nE '\b(SelectObject|DeleteObject)\(')
+[ -z "$raw" ] || complain "Use the owners of src/base/gdi.h instead of:" "$raw"
+
+# Global memory is allocated, resized and freed in one file; the canvas frees its own block.
+raw=$(printf '%s\n' "$sources" | grep '^src/' | grep -vxE 'src/base/global_block\.(h|cpp)|src/render/canvas\.cpp' |
+    xargs grep -nE '\bGlobal(Alloc|ReAlloc|Free|Lock|Unlock)\(')
+[ -z "$raw" ] || complain "Use src/base/global_block.h instead of:" "$raw"
+
+# The host knows the plugin by its binary interface alone.
+foreign=$(printf '%s\n' "$sources" | grep '^stage/' |
+    xargs grep -nE '#include "(base|host|instruments|render|settings|ui|resources)/' | grep -v '"host/plugin_abi.h"')
+[ -z "$foreign" ] || complain "stage may include host/plugin_abi.h only:" "$foreign"
+
+exit $status
