@@ -27,15 +27,16 @@ need_packages() {
     fi
 }
 
-# Configures a preset once and builds it; quiet unless something is wrong.
+# build PRESET [TARGET...]: configures the preset when that has not been done, and builds; quiet unless something is wrong.
 build() {
     local preset=$1 log=build/$1.log
+    shift
     mkdir -p build
     if [ ! -f "build/$preset/build.ninja" ]; then
         say "Building $preset"
         cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; die "Could not configure $preset"; }
     fi
-    cmake --build --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; die "Could not build $preset"; }
+    cmake --build --preset "$preset" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; die "Could not build $preset"; }
 }
 
 # A Wine prefix of the build tree's own, without display: dialogs work, nothing is shown.

@@ -1,0 +1,113 @@
+// Every dialog gets WM_INITDIALOG from the system before it can be seen. Just before it, the dialog is subclassed so
+// that it stays hidden; just after it, when its controls are filled, the button's message is posted into its own
+// message loop.
+#include "windows/dialog_driver.h"
+
+#include "core/failure.h"
+#include "windows/wide_text.h"
+
+#include <commctrl.h>
+
+#include <string_view>
+
+namespace stage {
+namespace {
+
+constexpr UINT_PTR kSubclass = 1;
+
+DialogDriver* activeDriver = nullptr;
+
+std::wstring textOf(HWND window) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+bool isOfClass(HWND window, std::wstring_view name) {
+    wchar_t className[32];
+    const int length = GetClassNameW(window, className, static_cast<int>(std::size(className)));
+    return CompareStringOrdinal(className, length, name.data(), static_cast<int>(name.size()), TRUE) == CSTR_EQUAL;
+}
+
+void press(HWND dialog, int button) {
+    PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
+}
+
+} // namespace
+
+DialogDriver::DialogDriver(int buildButton, int testButton) : buildButton_(buildButton), testButton_(testButton) {
+    activeDriver = this;
+    const DWORD thread = GetCurrentThreadId();
+    beforeHook_ = Hook(SetWindowsHookExW(WH_CALLWNDPROC, beforeMessage, nullptr, thread));
+    afterHook_ = Hook(SetWindowsHookExW(WH_CALLWNDPROCRET, afterMessage, nullptr, thread));
+    if (beforeHook_ && afterHook_)
+        return;
+    activeDriver = nullptr;
+    throw Failure(ExitCode::PluginFailed, "The system does not let this program operate the plugin's dialog.");
+}
+
+DialogDriver::~DialogDriver() {
+    activeDriver = nullptr;
+}
+
+LRESULT CALLBACK DialogDriver::beforeMessage(int code, WPARAM wParam, LPARAM lParam) {
+    const auto* sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (code == HC_ACTION && sent->message == WM_INITDIALOG && activeDriver != nullptr)
+        activeDriver->dialogBegins(sent->hwnd);
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+LRESULT CALLBACK DialogDriver::afterMessage(int code, WPARAM wParam, LPARAM lParam) {
+    const auto* sent = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+    if (code == HC_ACTION && sent->message == WM_INITDIALOG && activeDriver != nullptr)
+        activeDriver->dialogIsReady(sent->hwnd);
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// Child dialogs, such as pages inside the configuration dialog, are no windows of their own.
+void DialogDriver::dialogBegins(HWND dialog) {
+    if ((GetWindowLongW(dialog, GWL_STYLE) & WS_CHILD) != 0)
+        return;
+    SetWindowSubclass(dialog, dialogMessage, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void DialogDriver::dialogIsReady(HWND dialog) {
+    if ((GetWindowLongW(dialog, GWL_STYLE) & WS_CHILD) != 0)
+        return;
+    if (configuration_ == nullptr && GetDlgItem(dialog, testButton_) != nullptr)
+        configuration_ = dialog;
+    if (dialog == configuration_)
+        press(dialog, buildButton_);
+    else
+        answerMessageBox(dialog);
+}
+
+void DialogDriver::answerMessageBox(HWND box) {
+    std::wstring text;
+    int button = IDOK;
+    for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (isOfClass(child, L"Static"))
+            text += textOf(child);
+        else if (isOfClass(child, L"Button") && GetDlgItem(box, IDOK) == nullptr)
+            button = GetDlgCtrlID(child);
+    }
+    messages_.push_back(utf8FromWide(text));
+    press(box, button);
+}
+
+LRESULT CALLBACK DialogDriver::dialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                             DWORD_PTR driver) {
+    auto* self = reinterpret_cast<DialogDriver*>(driver);
+    if (message == WM_NCDESTROY)
+        RemoveWindowSubclass(window, dialogMessage, kSubclass);
+    const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+    if (message == WM_WINDOWPOSCHANGING)
+        reinterpret_cast<WINDOWPOS*>(lParam)->flags &= ~static_cast<UINT>(SWP_SHOWWINDOW);
+    // The build is over when its button has been handled. A dialog that closed itself is past hearing this.
+    if (message == WM_COMMAND && window == self->configuration_ && LOWORD(wParam) == self->buildButton_)
+        press(window, IDCANCEL);
+    return result;
+}
+
+} // namespace stage

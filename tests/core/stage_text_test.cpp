@@ -1,0 +1,249 @@
+// What the host understands of words: the plugin's list of effects, the command line, values of settings, and what it
+// says back. Damaged lists and hostile values must be refused, not believed.
+#include "core/arguments.h"
+#include "core/effect_catalog.h"
+#include "core/failure.h"
+#include "core/report.h"
+#include "core/setting_value.h"
+#include "core/settings_text.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace stage {
+namespace {
+
+const std::string kStart = "voltane-effects\t1\nbutton\ttest\t48\neffect\t0\tplanned\tAnalog Meter (round)\n"
+                           "effect\t1\tplanned\tAnalog Meter (square)\neffect\t7\tready\tCountdown *\n"
+                           "effect\t15\tready\tRadar\n";
+const std::string kCatalog = kStart + "setting\tMainRadarAngle\tinteger\t90\t0\t360\t15\tAngle\t\n"
+                                      "setting\tMainRadarTrace\tcolour\t65280\t\t\t15\tTrace\t\n"
+                                      "setting\tMainRadarSize\tchoice\t1\t\t\t15\tSize\tsmall;medium;large\n"
+                                      "setting\tMainRadarMarkers\ttext\t\t\t\t15\tMarkers\t\n"
+                                      "setting\tMainDelay\tinteger\t10\t\t\t-\t\t\n"
+                                      "setting\tMainAlphaTrans\tflag\t0\t\t\t-\tAlpha\t\n"
+                                      "setting\tTruecolour\tflag\t0\t\t\t-\tTrue colour\t\n";
+
+// The message of the failure with that exit code; "(none)" when there is no failure, so that no expectation finds it.
+std::string failureOf(ExitCode code, const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const Failure& failure) {
+        return failure.code() == code ? failure.what() : "(another code) " + std::string(failure.what());
+    }
+    return "(none)";
+}
+
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::optional<std::string> asItIs(std::string_view text) {
+    if (text == "\xE2\x98\x83") // stands for a letter that the system's code page lacks
+        return std::nullopt;
+    return std::string(text);
+}
+
+TEST(StageCatalog, EffectsAreFoundByRowNameAndBeginning) {
+    const EffectCatalog catalog = EffectCatalog::parse(kCatalog);
+    EXPECT_EQ(catalog.testButton(), 48u);
+    const struct {
+        const char* wanted;
+        std::uint32_t row;
+    } found[] = {{"15", 15}, {"RADAR", 15}, {"rad", 15}, {"countdown", 7}, {"Countdown *", 7}, {"analog meter (r", 0}};
+    for (const auto& c : found)
+        EXPECT_EQ(catalog.findEffect(c.wanted).row, c.row) << c.wanted;
+    const struct {
+        const char* wanted;
+        const char* said;
+    } refused[] = {{"Rader", "nearest name is \"Radar\""},
+                   {"14", "no effect \"14\""},
+                   {"", "no effect \"\""},
+                   {"analog", "\"Analog Meter (round)\" \"Analog Meter (square)\""}};
+    for (const auto& c : refused)
+        EXPECT_TRUE(contains(failureOf(ExitCode::WrongUsage, [&] { catalog.findEffect(c.wanted); }), c.said))
+            << c.wanted;
+    EXPECT_EQ(catalog.findSetting("mainradarANGLE").key, "MainRadarAngle");
+    EXPECT_TRUE(contains(failureOf(ExitCode::WrongUsage, [&] { catalog.findSetting("MainRadarAgnle"); }),
+                         "nearest is \"MainRadarAngle\""));
+}
+
+TEST(StageCatalog, DamageIsNamedWithItsLine) {
+    const struct {
+        std::string text;
+        const char* said;
+    } cases[] = {
+        {"", "form that this program does not know"},
+        {"voltane-effects\t2\n", "form that this program does not know"},
+        {"voltane-effects\t1", "no test button"},
+        {"voltane-effects\t1\nbutton\ttest\t48\n", "no effects"},
+        {"voltane-effects\t1\nbutton\ttest\t0\n", "line 2"},
+        {"voltane-effects\t1\nbutton\ttest\t70000\n", "line 2"},
+        {kStart + "button\ttest\t49\n", "line 7: a second test button"},
+        {kStart + "\n", "line 7: a line of an unknown kind"},
+        {kStart + "effect\t15\tready\tRadar\n", "line 7: a row that stands twice"},
+        {kStart + "effect\t99999999999\tready\tX\n", "line 7: no row number"},
+        {kStart + "effect\t-1\tready\tX\n", "line 7: no row number"},
+        {kStart + "effect\t3\tsoon\tX\n", "line 7: an unknown state"},
+        {kStart + "effect\t3\tready\n", "line 7: a wrong number of fields"},
+        {kStart + "setting\tA\tinteger\t1\t5\t4\t-\t\t\n", "an empty range"},
+        {kStart + "setting\tA\tinteger\tx\t\t\t-\t\t\n", "a default that is not a number"},
+        {kStart + "setting\tA\tinteger\t1\t\t\t-\t\n", "a wrong number of fields"},
+        {kStart + "setting\tA\tnumber\t1\t\t\t-\t\t\n", "an unknown kind"},
+        {kStart + "setting\tA B\tinteger\t1\t\t\t-\t\t\n", "a key of a wrong form"},
+        {kStart + "setting\tA\tchoice\t1\t\t\t-\t\t\n", "choices that do not fit"},
+        {kStart + "setting\tA\tflag\t1\t\t\t3\t\t\n", "an effect that is not listed"},
+        {kCatalog + "setting\tMainDelay\tflag\t1\t\t\t-\t\t\n", "a key that stands twice"},
+    };
+    for (const auto& c : cases) {
+        const std::string said = failureOf(ExitCode::PluginFailed, [&] { EffectCatalog::parse(c.text); });
+        EXPECT_TRUE(contains(said, c.said)) << c.said << " / " << said;
+    }
+    // Every beginning of a good list is either refused or itself a list; none may crash.
+    for (std::size_t length = 0; length < kCatalog.size(); ++length)
+        failureOf(ExitCode::PluginFailed, [&] { EffectCatalog::parse(kCatalog.substr(0, length)); });
+}
+
+TEST(StageValues, KindsAndRanges) {
+    const EffectCatalog catalog = EffectCatalog::parse(kCatalog);
+    const std::string key = "MainRadarMarkers"; // 16 letters, so that " = " leaves 258 - 19 = 239 bytes
+    const struct {
+        const char* key;
+        std::string given;
+        const char* stored; // null: refused
+    } cases[] = {
+        {"MainAlphaTrans", "Yes", "1"},
+        {"MainAlphaTrans", "off", "0"},
+        {"MainAlphaTrans", "2", nullptr},
+        {"MainRadarAngle", "360", "360"},
+        {"MainRadarAngle", "361", nullptr},
+        {"MainRadarAngle", "-1", nullptr},
+        {"MainRadarAngle", "9x", nullptr},
+        {"MainRadarAngle", "", nullptr},
+        {"MainDelay", "4294967295", "4294967295"},
+        {"MainDelay", "4294967296", nullptr},
+        {"MainRadarTrace", "#102030", "3153936"}, // 0x302010
+        {"MainRadarTrace", "0x102030", "1056816"},
+        {"MainRadarTrace", "16777215", "16777215"},
+        {"MainRadarTrace", "16777216", nullptr},
+        {"MainRadarTrace", "#12345", nullptr},
+        {"MainRadarTrace", "#+12345", nullptr},
+        {"MainRadarSize", "2", "2"},
+        {"MainRadarSize", "3", nullptr},
+        {"MainRadarSize", "large", nullptr},
+        {"MainRadarMarkers", "a = b ", "a = b "},
+        {"MainRadarMarkers", "", ""},
+        {"MainRadarMarkers", " a", nullptr},
+        {"MainRadarMarkers", "=a", nullptr},
+        {"MainRadarMarkers", "a\nMainDelay = 1", nullptr},
+        {"MainRadarMarkers", "a\x7F", nullptr},
+        {"MainRadarMarkers", "\xE2\x98\x83", nullptr},
+        {"MainRadarMarkers", std::string(240, 'm'), nullptr},
+    };
+    for (const auto& c : cases) {
+        std::string stored;
+        const std::string said = failureOf(ExitCode::WrongUsage,
+                                           [&] { stored = checkedValue(catalog.findSetting(c.key), c.given, asItIs); });
+        EXPECT_EQ(stored, c.stored == nullptr ? "" : c.stored) << c.key << " " << c.given;
+        EXPECT_EQ(contains(said, c.key) && contains(said, "Allowed is "), c.stored == nullptr) << said;
+    }
+    EXPECT_EQ(checkedValue(catalog.findSetting(key), std::string(239, 'm'), asItIs).size(), 239u);
+}
+
+TEST(StageSettings, PrivateFileAndTrueColour) {
+    EXPECT_EQ(composeSettings("", {}, 15), "MainEffect = 15\n");
+    const KeyValue delay{"MainDelay", "7"};
+    EXPECT_EQ(composeSettings("A = 1\r\nB = 2", {&delay, 1}, 3), "A = 1\r\nB = 2\nMainDelay = 7\nMainEffect = 3\n");
+    EXPECT_THROW(composeSettings("A = 1\n\x1A", {}, 3), Failure);
+
+    const EffectCatalog catalog = EffectCatalog::parse(kCatalog);
+    const struct {
+        const char* text;
+        BuildButton button;
+        const char* key; // null: frames have palettes
+    } cases[] = {
+        {"", BuildButton::Build, nullptr},
+        {"Truecolour = 1\n", BuildButton::Build, "Truecolour"},
+        {"Truecolour=1\r\nTruecolour = 0\r\n", BuildButton::Build, nullptr},
+        {"Truecolour = 010\n", BuildButton::Test, "Truecolour"},
+        {"TruecolourX = 1\n", BuildButton::Build, nullptr},
+        {"MainAlphaTrans == 1", BuildButton::Build, "MainAlphaTrans"},
+        {"MainAlphaTrans = 1", BuildButton::Test, nullptr},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(trueColourKey(catalog, c.text, c.button).value_or("none"), c.key == nullptr ? "none" : c.key)
+            << c.text;
+}
+
+TEST(StageArguments, AllOptions) {
+    const std::vector<std::string> words = {"render", "--effect", "radar",    "--set", "A=b=c", "--set",
+                                            "D=",     "--ini",    "my.ini",   "--as",  "PNG",   "--test",
+                                            "--out",  "x y.png",  "--frames", "f"};
+    const Arguments arguments = parseArguments(words);
+    EXPECT_EQ(arguments.verb, Verb::Render);
+    const RenderOptions& render = arguments.render;
+    EXPECT_EQ(render.effect, "radar");
+    ASSERT_EQ(render.settings.size(), 2u);
+    EXPECT_EQ(render.settings[0].key + "|" + render.settings[0].value, "A|b=c");
+    EXPECT_EQ(render.settings[1].value, "");
+    EXPECT_EQ(render.iniFile, "my.ini");
+    EXPECT_EQ(render.format, OutputFormat::Png);
+    EXPECT_EQ(render.button, BuildButton::Test);
+    EXPECT_EQ(render.outFile, "x y.png");
+    EXPECT_EQ(render.framesFolder, "f");
+}
+
+TEST(StageArguments, MistakesAreNamed) {
+    const struct {
+        std::vector<std::string> words;
+        const char* said;
+    } cases[] = {
+        {{}, "stage render --effect"},
+        {{"rendr"}, "nearest is render"},
+        {{"list", "all"}, "takes nothing after it"},
+        {{"render"}, "wants --effect"},
+        {{"render", "--efect", "radar"}, "nearest is --effect"},
+        {{"render", "--effect"}, "wants a value"},
+        {{"render", "--effect", "radar", "--effect", "radar"}, "given twice"},
+        {{"render", "--effect", "radar", "--out", ""}, "empty value"},
+        {{"render", "--effect", "radar", "--as", "mng"}, "allows gif and png"},
+        {{"render", "--effect", "radar", "--set", "A"}, "KEY=VALUE"},
+        {{"render", "--effect", "radar", "--set", "=1"}, "KEY=VALUE"},
+    };
+    for (const auto& c : cases) {
+        const std::string said = failureOf(ExitCode::WrongUsage, [&] { parseArguments(c.words); });
+        EXPECT_TRUE(contains(said, c.said)) << c.said << " / " << said;
+    }
+}
+
+TEST(StageReport, ListSummaryAndProgress) {
+    const std::string list = listText(EffectCatalog::parse(kCatalog));
+    for (const char* part : {"15  Radar\n", " 7  Countdown *\n", "Analog Meter (round)  (planned)\n", "#00FF00",
+                             "from 0 to 360", "0 small, 1 medium, 2 large"})
+        EXPECT_TRUE(contains(list, part)) << part;
+    EXPECT_LT(list.find("MainRadarAngle"), list.find("Options of every effect"));
+    EXPECT_GT(list.find("MainDelay"), list.find("Options of every effect"));
+
+    EXPECT_EQ(
+        summaryText({"radar.gif", 90, 120, 100, 4321, 450}, 100, 1.25),
+        "file      radar.gif\nframes    90\nsize      120x100\nbytes     4321\nduration  4.50 s\ntaken     1.25 s\n");
+
+    ProgressText plain(ProgressStyle::PlainLines);
+    EXPECT_EQ(plain.showStatus("Building") + plain.showProgress(1, 2) + plain.showStatus("Building") +
+                  plain.showStatus("Remapping") + plain.clear(),
+              "Building\nRemapping\n");
+    // On a terminal the cursor stays in one line, which is empty at the end.
+    ProgressText redrawn(ProgressStyle::RedrawnLine);
+    std::string all = redrawn.showStatus("Building");
+    for (int done = 0; done <= 1000; ++done)
+        all += redrawn.showProgress(static_cast<std::uint64_t>(done), 1000);
+    EXPECT_TRUE(contains(all, "Building        [##############################] 100 %"));
+    EXPECT_LT(all.size(), 140 * 60u); // not redrawn where nothing changed
+    all += redrawn.clear();
+    EXPECT_EQ(all.find('\n'), std::string::npos);
+    EXPECT_TRUE(all.ends_with(" \r"));
+}
+
+} // namespace
+} // namespace stage

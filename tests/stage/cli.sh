@@ -1,0 +1,172 @@
+#!/usr/bin/env bash
+# Drives the real stage.exe through Wine: exit codes, messages, files that other programs can read, and above all that a
+# person's saved settings stay as they are. Needs gifsicle, ImageMagick and perl.
+#   cli.sh <stage.exe> <work directory>      with WINEPREFIX set to a prefix made for tests
+set -u
+stage=$(realpath "$1")
+plugin=$(dirname "$stage")/veldran1_x64.dll
+rm -rf "$2" && mkdir -p "$2" && cd "$2" || exit 2
+failures=0
+
+fail() {
+    failures=$((failures + 1))
+    printf 'FAILED: %s\n' "$1"
+    [ -s errors ] && sed 's/^/    /' errors
+}
+
+# expect <exit code> <text in what is printed, may be empty> <arguments of stage...>
+expect() {
+    local code=$1 text=$2
+    shift 2
+    wine "$stage" "$@" >output 2>errors
+    local got=$?
+    [ $got -eq "$code" ] || fail "exit code $got instead of $code: $*"
+    grep -qF -- "$text" output errors || fail "\"$text\" is not said: $*"
+}
+
+# equal <what> <expected> <got>
+equal() {
+    [ "$2" = "$3" ] || fail "$1: expected \"$2\", got \"$3\""
+}
+
+windows_folder() {
+    winepath -u "$(wine cmd /c "echo %$1%" 2>/dev/null | tr -d '\r')" 2>/dev/null
+}
+
+private_folders() {
+    find "$temporary" -maxdepth 1 -name 'veldran-stage-*' | wc -l
+}
+
+korvel=$(windows_folder APPDATA)/Korvel
+temporary=$(windows_folder TEMP)
+# A person's own settings, which must neither count nor change. What was there before comes back at the end.
+[ -d "$korvel" ] && mv "$korvel" before
+trap 'rm -rf "$korvel"; [ -d before ] && mv before "$korvel"' EXIT
+mkdir -p "$korvel/markers"
+printf '; by hand\r\nMainEffect = 3\r\nMainRadarSize = 64\r\n\r\nUnknown = 1' >"$korvel/VELDRAN1.INI"
+printf 'North,10,20\n' >"$korvel/markers/saved.txt"
+touch -d '2001-02-03' "$korvel/VELDRAN1.INI" "$korvel/markers/saved.txt"
+cp -a "$korvel" expected
+untouched() {
+    diff -r expected "$korvel" >errors || fail "the saved settings changed: $1"
+    equal "the saved settings were written: $1" "$(stat -c '%Y' expected/VELDRAN1.INI)" \
+        "$(stat -c '%Y' "$korvel/VELDRAN1.INI")"
+}
+
+# Six frames: the position of an increment of 60 degrees.
+quick=(--effect radar --set MainRadarIncrement=33)
+
+# What is wrong is said, and what is allowed.
+expect 2 'stage render --effect'
+expect 2 'nearest is render' rendr
+expect 2 'nearest is --effect' render --efect radar
+expect 2 'nearest name is "Radar"' render --effect Rader
+expect 2 'nearest is "MainRadarSize"' render --effect radar --set MainRadarSiez=3
+expect 2 'from 48 to 256' render --effect radar --set MainRadarSize=257
+expect 2 '#RRGGBB' render --effect radar --set MainRadarPanelColor=green
+expect 2 'with --effect' render --effect radar --set MainEffect=1
+expect 2 '--as png' render "${quick[@]}" --set Truecolour=1
+expect 2 '--as png' render "${quick[@]}" --set MainAlphaTrans=yes
+expect 0 'Exit codes' help
+expect 0 'MainRadarSize' list
+expect 3 'missing.ini' render "${quick[@]}" --ini missing.ini
+expect 3 'Cannot write "missing/radar.gif"' render "${quick[@]}" --out missing/radar.gif
+mkdir folder
+expect 3 'Cannot write "folder"' render "${quick[@]}" --out folder
+expect 3 'Cannot make the folder' render "${quick[@]}" --frames errors/inside
+equal 'files of refused renders' '' "$(find . -name '*.gif' -o -name '*.part')"
+
+# A real animation with the defaults, not with the person's size.
+expect 0 'Remapping' render --effect RAD --out 'rädar one.gif'
+equal 'lines of status' 'Building Quantizing Remapping' "$(tr '\n' ' ' <errors | sed 's/ $//')"
+equal 'summary' "file frames size bytes duration taken" "$(awk '{ printf "%s%s", sep, $1; sep = " " }' output)"
+equal 'frames by ImageMagick' 60 "$(identify 'rädar one.gif' | wc -l)"
+gifsicle --info 'rädar one.gif' >info 2>errors || fail 'gifsicle cannot read the animation'
+equal 'warnings of gifsicle' '' "$(cat errors)"
+grep -q 'loop forever' info || fail 'the animation does not repeat'
+grep -q 'CREATED BY' info || fail 'the comment is missing'
+equal 'pictures' 60 "$(grep -c '^  + image' info)"
+equal 'delays' 60 "$(grep -c 'delay 0.05s' info)"
+equal 'size' "$(awk '$1 == "size" { print $2 }' output)" "$(awk '/logical screen/ { print $3 }' info)"
+equal 'bytes' "$(stat -c %s 'rädar one.gif')" "$(awk '$1 == "bytes" { print $2 }' output)"
+untouched 'after a render'
+
+# The same pictures in the GIF and in numbered files, whole or as differences.
+for supercompress in 0 1; do
+    expect 0 '' render "${quick[@]}" --set "MainSupercompress=$supercompress" --out six.gif --frames "frames$supercompress"
+    equal 'numbered files' 6 "$(find "frames$supercompress" -name 'frame-000[0-5].png' | wc -l)"
+    convert six.gif -coalesce shown-%d.png
+    for frame in 0 3 5; do
+        if [ $supercompress = 1 ]; then
+            convert $(seq -f 'frames1/frame-%04g.png' 0 $frame) -background none -layers flatten wanted.png
+        else
+            cp "frames0/frame-000$frame.png" wanted.png
+        fi
+        equal "pixels that differ, frame $frame, supercompress $supercompress" 0 \
+            "$(compare -metric AE "shown-$frame.png" wanted.png null: 2>&1)"
+    done
+done
+expect 0 'a-0000.png to a-0005.png' render "${quick[@]}" --as png --set Truecolour=1 --out a.png
+equal 'true colour' 'PNG TrueColor 8' "$(identify -format '%m %[type] %z' a-0005.png | sed 's/Alpha//')"
+expect 0 'b-0000.png' render "${quick[@]}" --as png --set MainAlphaTrans=1 --out b.png
+equal 'opacity channel' 'True' "$(identify -format '%A' b-0000.png | sed 's/Blend/True/')"
+
+# A configuration file, and a setting that wins over it; a test build; a name of its own.
+printf 'MainRadarSize = 48\r\nMainDelay = 9\r\n; end' >my.ini
+expect 0 '' render "${quick[@]}" --ini my.ini --set mainradarincrement=32 --test
+gifsicle --info radar.gif >info
+equal 'frames of --set' 8 "$(grep -c '^  + image' info)"
+wine "$stage" render "${quick[@]}" --set MainRadarSize=48 --out small.gif >/dev/null 2>&1
+equal 'size of --ini' "$(identify -format '%wx%h\n' small.gif | head -n 1)" "$(identify -format '%wx%h\n' radar.gif | head -n 1)"
+
+# The plugin's own failure is printed, and the file that was there stays.
+planned=$(wine "$stage" list 2>/dev/null | sed -n 's/^ *\([0-9]*\)  .*(planned)$/\1/p' | head -n 1)
+if [ -n "$planned" ]; then
+    printf 'precious' >kept.gif
+    expect 1 'Memory error' render --effect "$planned" --out kept.gif
+    equal 'file before a failure' 'precious' "$(cat kept.gif)"
+fi
+equal 'unfinished files' '' "$(find . -name '*.part')"
+equal 'private folders' 0 "$(private_folders)"
+untouched 'after failures'
+
+# Killed half-way: nothing of the person's changes, and the next run clears up.
+wine "$stage" render --effect radar --set MainRadarSize=256 --set MainRadarIncrement=17 --out killed.gif >output 2>errors &
+for _ in $(seq 100); do
+    grep -q Building errors && break
+    sleep 0.1
+done
+kill -9 $!
+wait $! 2>/dev/null
+equal 'a killed render' 137 $?
+equal 'private folder of a killed render' 1 "$(private_folders)"
+[ -e killed.gif ] && fail 'a killed render left a file under the final name'
+untouched 'after a kill'
+expect 0 '' render "${quick[@]}"
+equal 'private folders after the next render' 0 "$(private_folders)"
+untouched 'after the next render'
+
+# Other libraries in the plugin's place. tampered <exit text> <perl substitution> <arguments...>
+mkdir other && cp "$stage" other/stage.exe
+own=$stage
+stage=$PWD/other/stage.exe
+expect 1 'is missing' list
+cp "$own" other/veldran1_x64.dll
+expect 1 'is not a plugin' list
+tampered() {
+    local text=$1 change=$2
+    shift 2
+    perl -0777 -pe "$change" "$plugin" >other/veldran1_x64.dll
+    cmp -s "$plugin" other/veldran1_x64.dll && fail "nothing to change: $change"
+    expect 1 "$text" "$@"
+}
+tampered 'is another plugin' 's/Voltane #1\0/Voltane #2\0/g' list
+tampered 'does not know' 's/voltane-effects\t1/voltane-effects\t2/' list
+tampered 'damaged at line 2' 's/button\ttest/button\ttoast/; s/\n$//' list
+tampered 'cannot redirect' 's/SHGetSpecialFolderLocation\0/SHGetSpecialFolderPathA\0\0\0\0/' render "${quick[@]}"
+# The Test button is said to be Cancel, so the dialog closes without having built anything.
+tampered 'without having built' 's/(button\ttest\t)(\d+)/$1 . sprintf("%0*d", length $2, 2)/e' render "${quick[@]}" --test
+untouched 'after other libraries'
+
+[ $failures -eq 0 ] && echo "all well"
+exit $((failures > 0))
