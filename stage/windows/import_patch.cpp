@@ -51,16 +51,21 @@ bool writeSlot(ULONGLONG* slot, ULONGLONG value) {
 
 } // namespace
 
-ImportPatch::ImportPatch(HMODULE importer, const char* library, const char* function, void* replacement)
+ImportPatch::ImportPatch(HMODULE importer, const char* library, const char* function, void* replacement,
+                         IfMissing ifMissing)
     : slot_(findSlot(importer, library, function)), original_(slot_ == nullptr ? 0 : *slot_) {
-    if (slot_ == nullptr || !writeSlot(slot_, reinterpret_cast<ULONGLONG>(replacement)))
+    if (slot_ != nullptr && writeSlot(slot_, reinterpret_cast<ULONGLONG>(replacement)))
+        return;
+    slot_ = nullptr;
+    if (ifMissing == IfMissing::Refuse)
         throw Failure(ExitCode::PluginFailed,
                       "The plugin finds its settings in a way that this program cannot redirect. "
                       "Nothing was rendered, so that your saved settings stay as they are.");
 }
 
 ImportPatch::~ImportPatch() {
-    writeSlot(slot_, original_);
+    if (slot_ != nullptr)
+        writeSlot(slot_, original_);
 }
 
 } // namespace stage

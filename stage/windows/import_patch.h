@@ -6,11 +6,13 @@
 
 namespace stage {
 
+// What happens when the library does not import the function by name, or its table cannot be written.
+enum class IfMissing { Refuse, Ignore };
+
 class ImportPatch {
 public:
-    // Throws Failure(PluginFailed) when the library does not import `function` by name from `library`, or when its
-    // table cannot be written.
-    ImportPatch(HMODULE importer, const char* library, const char* function, void* replacement);
+    // With IfMissing::Refuse throws Failure(PluginFailed).
+    ImportPatch(HMODULE importer, const char* library, const char* function, void* replacement, IfMissing ifMissing);
     ~ImportPatch();
     ImportPatch(const ImportPatch&) = delete;
     ImportPatch& operator=(const ImportPatch&) = delete;

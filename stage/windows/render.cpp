@@ -61,6 +61,15 @@ RecordingPlan planFor(const RenderOptions& options, const Effect& effect) {
     return plan;
 }
 
+// Stand in for the system's functions inside the plugin, which takes a held Shift key for the wish to reset all
+// settings: a person may be typing elsewhere while a script renders.
+SHORT WINAPI keyStateButShift(int key) {
+    return key == VK_SHIFT ? SHORT{0} : GetKeyState(key);
+}
+SHORT WINAPI asyncKeyStateButShift(int key) {
+    return key == VK_SHIFT ? SHORT{0} : GetAsyncKeyState(key);
+}
+
 void printProgress(const std::string& text) {
     if (!text.empty())
         print(Stream::Error, text);
@@ -103,7 +112,11 @@ void render(const PluginLibrary& plugin, const RenderOptions& options) {
     const PrivateFolder folder(settings);
     const SettingsRedirection redirection(folder);
     const ImportPatch patch(plugin.module(), "shell32.dll", "SHGetSpecialFolderLocation",
-                            reinterpret_cast<void*>(redirectedFolderLocation));
+                            reinterpret_cast<void*>(redirectedFolderLocation), IfMissing::Refuse);
+    const ImportPatch keys(plugin.module(), "user32.dll", "GetKeyState", reinterpret_cast<void*>(keyStateButShift),
+                           IfMissing::Ignore);
+    const ImportPatch asyncKeys(plugin.module(), "user32.dll", "GetAsyncKeyState",
+                                reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
     ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
     HostSession session(recorder, progress, printProgress, programFolder());
     try {
