@@ -16,10 +16,11 @@ struct QuantizeRequest {
     std::optional<Colour> excluded;         // pixels of this colour take no part
 };
 
-// Fills the first entries of `palette` and returns how many; nothing when memory runs out. 0 entries when no pixel
-// takes part. Exact when the frames hold no more colours than asked for.
+// Both fill the first entries of `palette` and return how many: 0 when no pixel takes part, nothing when memory runs
+// out.
 //
-// The first method counts every colour, cuts the colours by variance and refines the cut by k-means.
+// The first method counts every colour, cuts the colours by variance and refines the cut by k-means. Exact when the
+// frames hold no more colours than asked for.
 std::optional<int> optimalPalette(const QuantizeRequest& request, Palette& palette);
 
 // The second method needs about half a megabyte whatever the frames hold: it cuts a table of colours of five bits a

@@ -25,7 +25,7 @@ int truncate(double value) {
 std::optional<int> takeInteger(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
     std::string_view digits = text;
-    if (digits.starts_with('+'))
+    if (digits.starts_with('+') && !digits.starts_with("+-"))
         digits.remove_prefix(1);
     int value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);

@@ -60,7 +60,7 @@ struct RadarGeometry {
     int percent;
 };
 
-// Size and padding in output pixels; size is at least 1.
+// Size and padding in output pixels; size is at least 6, below which whole per cents cannot express the reduction.
 RadarGeometry radarGeometry(int graticuleWidth, int graticuleHeight, int size, int padding);
 
 enum class SweepDirection : std::uint8_t { Clockwise, CounterClockwise };

@@ -5,7 +5,7 @@
 
 namespace veldran {
 
-// The length of a side after scaling by whole per cent: rounded, halves up. Never negative.
+// The length of a side after scaling by whole per cent: rounded, halves up. `length` is at least 0; so is the result.
 int scaledLength(int length, int percent);
 
 // Fills `target` with `source` scaled to its size: every target pixel is the average of the source area that it covers,

@@ -13,7 +13,7 @@ NumberRange parseRange(const char* text) {
 }
 
 int clampToRange(std::int64_t value, NumberRange range) {
-    // The maximum is asked first, so a range whose minimum lies above its maximum yields the maximum.
+    // The maximum is asked first: it holds even in a range whose minimum lies above it.
     if (value > range.maximum)
         return range.maximum;
     return static_cast<int>(std::max<std::int64_t>(value, range.minimum));

@@ -55,8 +55,6 @@ const SettingRow* findRow(std::string_view key) {
 }
 
 void applyLine(std::string_view line, PlugInSettings& settings) {
-    if (line.starts_with(';'))
-        return;
     line = line.substr(0, static_cast<std::size_t>(std::ranges::find_if(line, isControl) - line.begin()));
     const std::size_t keyLength = std::min(line.find_first_of(" ="), line.size());
     const SettingRow* row = findRow(line.substr(0, keyLength));

@@ -1,0 +1,147 @@
+// Packed records: what a record says about its size, and how damaged streams end. Streams come from zlib's own
+// compressor.
+#include "render/packed_record.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+namespace veldran {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::size_t kHeaderBytes = 52;
+constexpr std::size_t kSizeOffset = 8;
+constexpr std::size_t kPackedSizeOffset = 12;
+constexpr std::uint8_t kUntouched = 0xEE; // appears in no payload
+
+// Longer than two of the reader's steps of 8192 bytes.
+Bytes payload() {
+    Bytes bytes(20000);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::uint8_t>(i * i / 7 % 200);
+    return bytes;
+}
+
+void put32(Bytes& bytes, std::size_t offset, std::size_t value) {
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[offset + i] = static_cast<std::uint8_t>(value >> 8 * i);
+}
+
+Bytes makeRecord(const Bytes& unpacked, int level = Z_BEST_COMPRESSION) {
+    uLongf packedSize = compressBound(unpacked.size());
+    Bytes record(kHeaderBytes + packedSize);
+    compress2(record.data() + kHeaderBytes, &packedSize, unpacked.data(), unpacked.size(), level);
+    record.resize(kHeaderBytes + packedSize);
+    std::memcpy(record.data(), "CPX_HEAD", 8);
+    put32(record, kSizeOffset, unpacked.size());
+    put32(record, kPackedSizeOffset, packedSize);
+    return record;
+}
+
+// The bytes that arrived; nothing when the record was refused. What did not arrive must be as it was, and what
+// arrived must be the front of the payload.
+std::optional<std::size_t> arrived(const Bytes& record, std::size_t targetSize) {
+    Bytes target(targetSize, kUntouched);
+    if (!unpackRecord(record, target))
+        return std::nullopt;
+    const Bytes whole = payload();
+    const auto end = std::ranges::find(target, kUntouched);
+    EXPECT_TRUE(std::equal(target.begin(), end, whole.begin()));
+    EXPECT_TRUE(std::all_of(end, target.end(), [](std::uint8_t byte) { return byte == kUntouched; }));
+    return static_cast<std::size_t>(end - target.begin());
+}
+
+TEST(PackedRecord, StatesItsSize) {
+    const Bytes record = makeRecord(payload());
+    EXPECT_EQ(unpackedSize(record), 20000u);
+    Bytes other = record;
+    std::fill(other.begin() + 16, other.begin() + kHeaderBytes, std::uint8_t{0x5A}); // version, reserved bytes
+    EXPECT_EQ(unpackedSize(other), 20000u);
+    put32(other, kSizeOffset, 0);
+    EXPECT_EQ(unpackedSize(other), 0u);
+    put32(other, kSizeOffset, 0xFFFFFFFF);
+    EXPECT_EQ(unpackedSize(other), 0xFFFFFFFFu);
+    EXPECT_EQ(unpackedSize(Bytes(record.begin(), record.begin() + kHeaderBytes)), 20000u);
+}
+
+TEST(PackedRecord, RefusesOtherBytes) {
+    const Bytes record = makeRecord(payload());
+    std::vector<Bytes> refused = {{}, Bytes(kHeaderBytes), Bytes(record.begin(), record.begin() + kHeaderBytes - 1)};
+    for (std::size_t i = 0; i < 8; ++i) {
+        refused.push_back(record);
+        refused.back()[i] ^= 0x20; // another case of the letter
+    }
+    for (const Bytes& bytes : refused) {
+        EXPECT_FALSE(unpackedSize(bytes)) << bytes.size();
+        EXPECT_FALSE(arrived(bytes, 100)) << bytes.size();
+    }
+}
+
+struct StreamCase {
+    const char* name;
+    std::function<void(Bytes& record)> damage;
+    std::size_t targetSize;
+    std::optional<std::size_t> arrives;
+};
+
+TEST(PackedRecord, UnpacksWhatFitsAndRefusesCorruptStreams) {
+    const StreamCase cases[] = {
+        {"whole", [](Bytes&) {}, 20000, 20000},
+        {"less room than stream", [](Bytes&) {}, 100, 100},
+        {"room for one step and a byte", [](Bytes&) {}, 8193, 8193},
+        {"no room", [](Bytes&) {}, 0, 0},
+        {"bytes behind the stream", [](Bytes& r) { r.resize(r.size() + 9, 1); }, 20000, 20000},
+        {"behind the stream, counted",
+         [](Bytes& r) {
+             r.resize(r.size() + 9, 1);
+             put32(r, 12, r.size() - 52);
+         },
+         20000, 20000},
+        {"packed size beyond the record", [](Bytes& r) { put32(r, 12, 0xFFFFFFFF); }, 20000, 20000},
+        {"packed size 0", [](Bytes& r) { put32(r, 12, 0); }, 20000, 0},
+        {"header alone", [](Bytes& r) { r.resize(kHeaderBytes); }, 20000, 0},
+        {"no checksum", [](Bytes& r) { r.resize(r.size() - 4); }, 20000, 20000},
+        {"checksum stated away", [](Bytes& r) { put32(r, 12, r.size() - 52 - 4); }, 20000, 20000},
+        {"wrong checksum", [](Bytes& r) { r.back() ^= 1; }, 20000, std::nullopt},
+        {"no zlib header", [](Bytes& r) { r[52] = 0; }, 20000, std::nullopt},
+        {"preset dictionary", [](Bytes& r) { r[53] = 0xBB; }, 20000, std::nullopt}, // 0x78BB = 31 x 997, FDICT set
+        {"unknown block type", [](Bytes& r) { r[54] |= 6; }, 20000, std::nullopt},
+    };
+    for (const StreamCase& c : cases) {
+        Bytes record = makeRecord(payload());
+        c.damage(record);
+        EXPECT_EQ(arrived(record, c.targetSize), c.arrives) << c.name;
+    }
+}
+
+TEST(PackedRecord, ACutStreamKeepsItsFront) {
+    // Stored blocks: a block's length stands in front of it, so the bytes before the cut are known.
+    const Bytes record = makeRecord(payload(), Z_NO_COMPRESSION);
+    const std::size_t overhead = kHeaderBytes + 2 + 5; // record, stream and block header
+    for (const std::size_t kept : {std::size_t{0}, std::size_t{1}, std::size_t{8192}, std::size_t{9000}})
+        EXPECT_EQ(arrived(Bytes(record.begin(), record.begin() + static_cast<std::ptrdiff_t>(overhead + kept)), 20000),
+                  kept);
+}
+
+TEST(PackedRecord, NoDamagedByteWritesOutside) {
+    const Bytes record = makeRecord(payload());
+    int tried = 0;
+    int refused = 0;
+    for (std::size_t i = kHeaderBytes; i < record.size(); i += 1 + record.size() / 500) {
+        Bytes damaged = record;
+        damaged[i] ^= 0x41;
+        Bytes target(20000);
+        ++tried;
+        refused += unpackRecord(damaged, target) ? 0 : 1;
+    }
+    EXPECT_GT(refused, tried * 9 / 10); // the stream's checksum finds what its codes do not
+}
+
+} // namespace
+} // namespace veldran

@@ -1,0 +1,327 @@
+// The core's work on pixels: packed bitmaps, colour arithmetic, scaling by area, blends. Small odd pictures, every
+// pixel looked at; strides are odd and both row orders appear, since nothing may count on either.
+#include "render/blend.h"
+#include "render/image_view.h"
+#include "render/resample.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <random>
+#include <vector>
+
+namespace veldran {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint8_t kPadding = 0xA5;
+
+enum class RowOrder { TopDown, BottomUp };
+
+// An image with three bytes of padding behind each row, filled with kPadding throughout.
+struct Raster {
+    Bytes bytes;
+    Bytes table; // colour table of 8-bit images: entry i is (i, 255 - i, i / 2) as blue, green, red
+    ImageView view;
+
+    Raster(int width, int height, int bits, RowOrder order = RowOrder::TopDown) {
+        const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(width) * (bits / 8) + 3;
+        bytes.assign(static_cast<std::size_t>(stride * height), kPadding);
+        for (int i = 0; i < 256 && bits == 8; ++i)
+            for (const int value : {i, 255 - i, i / 2, 0})
+                table.push_back(static_cast<std::uint8_t>(value));
+        view = {bytes.data(), width, height, stride, bits, bits == 8 ? table.data() : nullptr};
+        if (order == RowOrder::BottomUp) {
+            view.top += stride * (height - 1);
+            view.stride = -stride;
+        }
+    }
+    Raster(const Raster&) = delete;
+
+    Bytes row(int y) const { return Bytes(view.row(y), view.row(y) + view.width * view.bytesPerPixel()); }
+    void setRow(int y, const Bytes& values) { std::ranges::copy(values, view.row(y)); }
+    void fillRandom(unsigned seed) {
+        std::mt19937 random(seed);
+        for (int y = 0; y < view.height; ++y)
+            std::generate_n(view.row(y), view.width * view.bytesPerPixel(),
+                            [&] { return static_cast<std::uint8_t>(random() >> 24); });
+    }
+    bool paddingIsWhole() const {
+        for (int y = 0; y < view.height; ++y)
+            for (int i = 0; i < 3; ++i)
+                if (view.row(y)[view.width * view.bytesPerPixel() + i] != kPadding)
+                    return false;
+        return true;
+    }
+};
+
+TEST(ImageView, PackedBitmapSizes) {
+    const struct {
+        int width, height, bits;
+        std::size_t bytes; // 0: no such bitmap
+    } cases[] = {
+        {1, 1, 1, 52},
+        {33, 2, 1, 64},
+        {2, 2, 8, 1072},
+        {47, 33, 24, 4792},
+        {4, 3, 24, 76},
+        {47, 33, 32, 6244},
+        {65535, 65535, 32, 17179344940},
+        {65536, 1, 24, 0},
+        {1, 65536, 24, 0},
+        {0, 1, 24, 0},
+        {1, 0, 24, 0},
+        {-1, 1, 24, 0},
+        {1, INT32_MIN, 24, 0},
+        {1, 1, 0, 0},
+        {1, 1, 4, 0},
+        {1, 1, 16, 0},
+        {1, 1, -24, 0},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(packedBitmapBytes(c.width, c.height, c.bits).value_or(0), c.bytes)
+            << c.width << "x" << c.height << "x" << c.bits;
+}
+
+Bytes packedBitmap(int width, int height, int bits) {
+    Bytes block(packedBitmapBytes(width, height, bits).value());
+    writeBitmapHeader(block, width, height, bits);
+    return block;
+}
+
+TEST(ImageView, RowsStandBottomUpBehindTheColourTable) {
+    for (const int bits : {1, 8, 24, 32}) {
+        Bytes block = packedBitmap(3, 2, bits);
+        const ImageView view = viewPackedBitmap(std::span<std::uint8_t>(block)).value();
+        EXPECT_TRUE(view.width == 3 && view.height == 2 && view.bits == bits) << bits;
+        EXPECT_EQ(view.row(0) + (bits <= 8 ? 4 : 12), block.data() + block.size()) << bits;
+        EXPECT_EQ(view.row(1), block.data() + (bits == 1 ? 48 : bits == 8 ? 1064 : 40)) << bits;
+        EXPECT_EQ(view.colourTable, bits <= 8 ? block.data() + 40 : nullptr) << bits;
+    }
+    // The header's bytes as any other program reads them.
+    const Bytes block = packedBitmap(47, 33, 24);
+    const Bytes expected = {40, 0, 0, 0, 47, 0, 0, 0, 33, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 0x90, 0x12, 0, 0};
+    EXPECT_EQ(Bytes(block.begin(), block.begin() + 24), expected);
+    EXPECT_EQ(Bytes(block.begin() + 24, block.begin() + 40), Bytes(16));
+}
+
+TEST(ImageView, RefusesHeadersThatAreNotOurs) {
+    const auto at = [](std::size_t offset, std::uint32_t value, std::size_t size = 4) {
+        return [=](Bytes& block) { std::memcpy(block.data() + offset, &value, size); };
+    };
+    const struct {
+        const char* name;
+        int bits;
+        std::function<void(Bytes&)> change;
+        bool accepted;
+    } cases[] = {
+        {"as written", 24, [](Bytes&) {}, true},
+        {"full colour table", 8, at(32, 256), true},
+        {"short colour table", 8, at(32, 16), false},
+        {"one colour", 1, at(32, 1), false},
+        {"empty", 24, [](Bytes& block) { block.clear(); }, false},
+        {"cut header", 24, [](Bytes& block) { block.resize(39); }, false},
+        {"a byte short", 24, [](Bytes& block) { block.pop_back(); }, false},
+        {"header of another size", 24, at(0, 124), false},
+        {"width 0", 24, at(4, 0), false},
+        {"largest width", 24, at(4, 0x7FFFFFFF), false},
+        {"width whose stride wraps", 32, at(4, 0x40000000), false},
+        {"more width than pixels", 24, at(4, 6), false},
+        {"top-down", 24, at(8, 0xFFFFFFFE), false},
+        {"lowest height", 24, at(8, 0x80000000), false},
+        {"more height than pixels", 24, at(8, 3), false},
+        {"two planes", 24, at(12, 2, 2), false},
+        {"16 bits", 24, at(14, 16, 2), false},
+        {"absurd bits", 24, at(14, 0xFFFF, 2), false},
+        {"run lengths", 8, at(16, 1), false},
+    };
+    for (const auto& c : cases) {
+        Bytes block = packedBitmap(5, 2, c.bits);
+        c.change(block);
+        block.shrink_to_fit(); // so that the sanitizer sees a look beyond the end
+        EXPECT_EQ(viewPackedBitmap(std::span<std::uint8_t>(block)).has_value(), c.accepted) << c.name;
+        EXPECT_EQ(viewPackedBitmap(std::span<const std::uint8_t>(block)).has_value(), c.accepted) << c.name;
+    }
+}
+
+TEST(Colour, ShortDivisionIsExactForProductsOfBytes) {
+    for (int value = 0; value <= 255 * 255; ++value)
+        ASSERT_EQ(divideBy255(value), value / 255) << value;
+}
+
+TEST(Colour, BlendsTruncateEachProduct) {
+    EXPECT_EQ(blendChannel(200, 200, 128), 199); // 99.6 and 100.4
+    EXPECT_EQ(blendChannel(10, 250, 0), 10);
+    EXPECT_EQ(blendChannel(10, 250, 255), 250);
+    EXPECT_EQ(blendChannel(10, 250, 1), 9); // 9.96 and 0.98
+}
+
+TEST(Colour, ScalesEachChannel) {
+    const struct {
+        Colour colour;
+        double factor;
+        Colour scaled;
+    } cases[] = {
+        {makeColour(255, 255, 255), 0.5, makeColour(127, 127, 127)},
+        {makeColour(200, 100, 50), 1.5, makeColour(255, 150, 75)},
+        {makeColour(200, 100, 50), 0.0, 0},
+        {makeColour(200, 100, 50), -2.0, 0},
+        {makeColour(200, 100, 50), 1.0, makeColour(200, 100, 50)},
+        {makeColour(1, 2, 0), 1e300, makeColour(255, 255, 0)},
+        {0xAB000000 | makeColour(10, 20, 30), 2.0, makeColour(20, 40, 60)},
+        {makeColour(3, 5, 7), 0.66, makeColour(1, 3, 4)},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(scaleColour(c.colour, c.factor), c.scaled) << std::hex << c.colour << " " << c.factor;
+    EXPECT_EQ(makeColour(256 + 1, -1, 0x302), makeColour(1, 255, 2)); // low bytes count
+}
+
+TEST(Resample, LengthsRoundHalvesUp) {
+    const int cases[][3] = {{526, 33, 174},
+                            {150, 33, 50},
+                            {3, 50, 2},
+                            {1, 49, 0},
+                            {1, 50, 1},
+                            {0, 100, 0},
+                            {5, 0, 0},
+                            {10, -5, 0},
+                            {7, 100, 7},
+                            {7, 250, 18},
+                            {INT32_MAX, 1000, INT32_MAX}};
+    for (const auto& c : cases)
+        EXPECT_EQ(scaledLength(c[0], c[1]), c[2]) << c[0] << " by " << c[1];
+}
+
+TEST(Resample, SmallPicturesByHand) {
+    Raster three(3, 1, 24);
+    three.setRow(0, {0, 9, 255, 90, 9, 255, 255, 9, 255});
+    Raster two(2, 1, 24);
+    resampleArea(three.view, two.view);
+    EXPECT_EQ(two.row(0), (Bytes{30, 9, 255, 200, 9, 255})); // (0 + 90/2) / 1.5 and (90/2 + 255) / 1.5
+
+    Raster four(2, 2, 24);
+    four.setRow(0, {0, 0, 10, 0, 1, 20});
+    four.setRow(1, {0, 0, 30, 1, 1, 41});
+    Raster one(1, 1, 24);
+    resampleArea(four.view, one.view);
+    EXPECT_EQ(one.row(0), (Bytes{0, 1, 25})); // 0.25, 0.5, 25.25
+
+    Raster indexed(2, 1, 8);
+    indexed.setRow(0, {10, 20});
+    resampleArea(indexed.view, one.view);
+    EXPECT_EQ(one.row(0), (Bytes{15, 240, 8})); // of (10, 245, 5) and (20, 235, 10)
+}
+
+// The average over the area below a target pixel, straight from its definition: overlaps of rectangles, counted in
+// source units x target units, in 64 bits.
+int exactAverage(const ConstImageView& source, int width, int height, int x, int y, int channel) {
+    const auto overlap = [](int pixel, int pixels, int target, int targets) {
+        const std::int64_t begin = std::max<std::int64_t>(std::int64_t{pixel} * targets, std::int64_t{target} * pixels);
+        const std::int64_t end =
+            std::min<std::int64_t>((pixel + std::int64_t{1}) * targets, (target + std::int64_t{1}) * pixels);
+        return std::max<std::int64_t>(end - begin, 0);
+    };
+    std::int64_t sum = 0;
+    for (int sy = 0; sy < source.height; ++sy)
+        for (int sx = 0; sx < source.width; ++sx)
+            sum += overlap(sx, source.width, x, width) * overlap(sy, source.height, y, height) *
+                   colourBytes(source, source.pixel(sx, sy))[channel];
+    const std::int64_t area = std::int64_t{source.width} * source.height;
+    return static_cast<int>((2 * sum + area) / (2 * area));
+}
+
+TEST(Resample, EveryPixelIsTheExactAverage) {
+    const int sizes[][4] = {{1, 1, 1, 1},    {1, 1, 3, 2},    {2, 2, 1, 1},   {2, 2, 3, 5},   {47, 33, 16, 11},
+                            {47, 33, 1, 33}, {47, 33, 47, 1}, {13, 7, 14, 9}, {5, 47, 47, 5}, {64, 9, 32, 3}};
+    for (const auto& [width, height, targetWidth, targetHeight] : sizes)
+        for (const int bits : {8, 24, 32}) {
+            Raster source(width, height, bits, RowOrder::BottomUp);
+            source.fillRandom(static_cast<unsigned>(width * bits));
+            Raster target(targetWidth, targetHeight, bits == 32 ? 32 : 24);
+            resampleArea(source.view, target.view);
+            EXPECT_TRUE(target.paddingIsWhole());
+            for (int y = 0; y < targetHeight; ++y)
+                for (int i = 0; i < targetWidth * target.view.bytesPerPixel(); ++i) {
+                    const int x = i / target.view.bytesPerPixel();
+                    const int channel = i % target.view.bytesPerPixel();
+                    ASSERT_EQ(target.view.row(y)[i],
+                              exactAverage(source.view, targetWidth, targetHeight, x, y, channel))
+                        << width << "x" << height << "x" << bits << " to " << targetWidth << "x" << targetHeight
+                        << " at " << x << "," << y << "," << channel;
+                }
+        }
+}
+
+TEST(Resample, LongSidesDoNotOverflow) {
+    for (const bool wide : {true, false}) {
+        Raster source(wide ? 65535 : 1, wide ? 1 : 65535, 24);
+        for (int y = 0; y < source.view.height; ++y)
+            source.setRow(y, Bytes(static_cast<std::size_t>(source.view.width) * 3, 255));
+        Raster target(1, 1, 24);
+        resampleArea(source.view, target.view);
+        EXPECT_EQ(target.row(0), Bytes(3, 255));
+    }
+}
+
+TEST(Blend, MaskWeighsTheColour) {
+    Raster picture(3, 2, 24, RowOrder::BottomUp);
+    Raster mask(2, 3, 24);
+    for (int y = 0; y < 2; ++y)
+        picture.setRow(y, {100, 200, 40, 100, 200, 40, 100, 200, 40});
+    for (int y = 0; y < 3; ++y)
+        mask.setRow(y, {0, 255, 255, static_cast<std::uint8_t>(y == 0 ? 255 : 128), 0, 0}); // the low byte counts
+    blendColourThroughMask(picture.view, mask.view, makeColour(250, 0, 9));
+    EXPECT_EQ(picture.row(0), (Bytes{100, 200, 40, 9, 0, 250, 100, 200, 40}));
+    // 100 x 127 / 255 = 49.8, 9 x 128 / 255 = 4.5; 200: 99.6; 40: 19.9, 250: 125.5
+    EXPECT_EQ(picture.row(1), (Bytes{100, 200, 40, 53, 99, 144, 100, 200, 40}));
+    EXPECT_TRUE(picture.paddingIsWhole());
+}
+
+TEST(Blend, InkBeyondThePictureIsDropped) {
+    const int places[][2] = {{0, 0}, {1, 1}, {-1, -2}, {2, -1}, {-2, 2}, {3, 0}, {0, 3}, {-3, 0}, {0, -3}, {99, -99}};
+    for (const int bits : {8, 24, 32})
+        for (const auto& [left, top] : places) {
+            Raster picture(3, 3, 24);
+            for (int y = 0; y < 3; ++y)
+                picture.setRow(y, Bytes(9, 200));
+            Raster ink(3, 3, bits, RowOrder::BottomUp); // black but for its white middle
+            for (int y = 0; y < 3; ++y)
+                ink.setRow(y, Bytes(static_cast<std::size_t>(3 * bits / 8), 0));
+            ink.view.pixel(1, 1)[0] = 255;
+            blendInk(picture.view, ink.view, left, top, makeColour(1, 2, 3));
+            for (int y = 0; y < 3; ++y)
+                for (int x = 0; x < 3; ++x) {
+                    const bool inked = ink.view.contains(x - left, y - top) && !(x - left == 1 && y - top == 1);
+                    const std::uint8_t* pixel = picture.view.pixel(x, y);
+                    EXPECT_EQ(Bytes(pixel, pixel + 3), (inked ? Bytes{3, 2, 1} : Bytes(3, 200)))
+                        << left << "," << top << " at " << x << "," << y;
+                }
+            EXPECT_TRUE(picture.paddingIsWhole());
+        }
+}
+
+TEST(Blend, AlphaIsTheLowByteOfTheOtherImage) {
+    for (const int colourBits : {8, 24, 32})
+        for (const int alphaBits : {8, 24, 32}) {
+            Raster colours(2, 2, colourBits, RowOrder::BottomUp);
+            Raster alpha(1, 1, alphaBits);
+            colours.fillRandom(1);
+            alpha.fillRandom(2);
+            colours.view.pixel(1, 0)[0] = 40; // table entry (40, 215, 20)
+            alpha.view.pixel(0, 0)[0] = 77;
+            Raster target(2, 2, 32);
+            mergeAlphaPixels(colours.view, alpha.view, target.view);
+            const std::uint8_t* pixel = target.view.pixel(1, 0);
+            const std::uint8_t* stored = colours.view.pixel(1, 0);
+            EXPECT_EQ(Bytes(pixel, pixel + 3), (colourBits == 8 ? Bytes{40, 215, 20} : Bytes(stored, stored + 3)));
+            const auto alphaAt = [&](int x, int y) { return int{target.view.pixel(x, y)[3]}; };
+            EXPECT_EQ((std::array{alphaAt(0, 0), alphaAt(1, 0), alphaAt(0, 1), alphaAt(1, 1)}),
+                      (std::array{77, 0, 0, 0})); // transparent where the alpha image has no pixel
+            EXPECT_TRUE(target.paddingIsWhole());
+        }
+}
+
+} // namespace
+} // namespace veldran
