@@ -1,0 +1,281 @@
+// The configuration file as a person finds it after a session, and what the dialog makes of a file that a person wrote.
+// Runs in a folder of its own; the person's settings are moved aside.
+#include "recording_host.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <regex>
+
+#include <shlobj.h>
+
+namespace {
+
+using namespace recording;
+using Texts = std::vector<std::string>;
+
+constexpr std::size_t kHeaderLines = 5;
+constexpr std::size_t kRows = 327;
+
+Recording cancelled(const std::optional<std::string>& settings, std::vector<Step> steps = {}) {
+    Session session;
+    session.settings = settings;
+    session.steps = std::move(steps);
+    return run(session);
+}
+
+// Lines without their CR LF; any other line end is a failure.
+Texts linesOf(const std::string& file) {
+    Texts lines;
+    std::size_t begin = 0;
+    for (std::size_t end; (end = file.find("\r\n", begin)) != std::string::npos; begin = end + 2)
+        lines.push_back(file.substr(begin, end - begin));
+    EXPECT_EQ(begin, file.size());
+    EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(file, '\n')), lines.size());
+    EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(file, '\r')), lines.size());
+    return lines;
+}
+
+std::map<std::string, std::string> valuesOf(const std::string& file) {
+    std::map<std::string, std::string> values;
+    for (const std::string& line : linesOf(file))
+        if (const std::size_t equals = line.find(" = "); equals != std::string::npos)
+            values[line.substr(0, equals)] = line.substr(equals + 3);
+    return values;
+}
+
+// The file without the line that tells the time.
+Texts undated(const std::string& file) {
+    Texts lines = linesOf(file);
+    std::erase_if(lines, [](const std::string& line) { return line.starts_with(";Last updated "); });
+    return lines;
+}
+
+// Settings stand in groups; the longest of these that a key begins with is its group, else the key itself.
+const char* const kGroups[] = {
+    "Advanced",           "DigitalVU",     "MainAltimeter", "MainArclight",  "MainBarGraph", "MainBubble",
+    "MainCountdown",      "MainDatapad",   "MainLadder",    "MainLissajous", "MainMagicEye", "MainPlasma",
+    "MainRadar",          "MainSonic",     "MainSpectrum",  "MainStopwatch", "MainTach",     "MainVUAnalogRound",
+    "MainVUAnalogSquare", "MainVUDigHorz", "MainVUDigVert", "MainVoice"};
+
+std::string groupOf(const std::string& key) {
+    const auto group = std::ranges::find_if(kGroups, [&](const char* name) { return key.starts_with(name); });
+    return group != std::end(kGroups) ? *group : key;
+}
+
+TEST(Settings, FileIsWrittenAfterCancelInFolderAndAll) {
+    const Recording seen = cancelled(std::nullopt);
+    EXPECT_EQ(seen.result, 1);
+    EXPECT_TRUE(seen.messages.empty());
+    EXPECT_EQ(seen.folder, Texts{"VELDRAN1.INI"}); // no temporary file beside it
+    const Texts lines = linesOf(seen.settingsFile);
+    ASSERT_EQ(lines.size(), kHeaderLines + kRows);
+    EXPECT_EQ(lines[0], ";Korvel animtion plugin configuration file");
+    EXPECT_EQ(lines[1], ";Edit this at your own risk");
+    const std::regex date(";Last updated [A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]{4}");
+    EXPECT_TRUE(std::regex_match(lines[2], date)) << lines[2];
+    EXPECT_EQ(lines[3], ";");
+    EXPECT_EQ(lines[4], "[PlugIn]");
+
+    Texts groups;
+    for (std::size_t i = kHeaderLines; i < lines.size(); ++i)
+        if (const std::string group = groupOf(lines[i].substr(0, lines[i].find(" = ")));
+            groups.empty() || groups.back() != group)
+            groups.push_back(group);
+    const char* const order =
+        "AddDescriptiveCommentBlock Advanced AlphaGreyBack DigitalVU FastRemap InstrumentFontBold "
+        "InstrumentFontName IsFirst LabelLeft LabelMono LabelRight MainAlphaTrans MainAltimeter "
+        "MainAntialias MainArclight MainBarGraph MainBubble MainCountdown MainCustompalette "
+        "MainDatapad MainDelay MainDither MainEffect MainLadder MainLissajous MainMagicEye "
+        "MainMaskBackground MainPalette MainPlasma MainRadar MainSonic MainSpectrum MainStopwatch "
+        "MainSupercompress MainTach MainTransparent MainVUAnalogRound MainVUAnalogSquare "
+        "MainVUDigHorz MainVUDigVert MainVoice PatchLevel SolidBackground Truecolour UseAlphaGreyBack "
+        "VersionNumber";
+    EXPECT_EQ(groups, split(order, ' '));
+}
+
+TEST(Settings, DefaultsAreBuiltIn) {
+    std::map<std::string, std::string> values = valuesOf(cancelled(std::nullopt).settingsFile);
+    const char* const expected[][2] = {
+        {"AddDescriptiveCommentBlock", "1"},
+        {"AdvancedRadarMarkerFontSize", "18"},
+        {"AlphaGreyBack", "8355711"}, // 0x7F7F7F
+        {"MainDelay", "5"},
+        {"MainEffect", "4"},
+        {"MainPalette", "6"},
+        {"MainCustompalette", "1"},
+        {"MainMaskBackground", "1"},
+        {"MainTransparent", "0"},
+        {"MainSupercompress", "0"},
+        {"MainRadarPanelColor", "6316128"}, // 0x606060
+        {"MainRadarGreenColor", "62464"},   // 0x00F400
+        {"MainRadarIncrement", "22"},
+        {"MainPlasmaIntensity", "33421279"},
+        {"MainAltimeterDataPointList", "0,640;14,670;39,680;67,610;80,560;92,570;100,640"},
+        {"InstrumentFontName", "Arial"},
+        {"AdvancedInstrumentFontName", "Arial"},
+        {"PatchLevel", "1"},
+        {"VersionNumber", "512"},
+    };
+    for (const auto& [key, value] : expected)
+        EXPECT_EQ(values[key], value) << key;
+}
+
+TEST(Settings, WhatTheDialogShowsComesBack) {
+    const Step edit = [](HWND dialog) {
+        setChoice(dialog, kEffect, kRadar);
+        setChoice(dialog, kPalette, 3);
+        setCheck(dialog, kSupercompress, true);
+        setCheck(dialog, kAlpha, true);
+        setCheck(dialog, kRadarPing, false);
+        setText(dialog, kDelay, "77");
+        setText(dialog, kRadarSize, "200");
+        setChoice(dialog, kRadarIncrement, 0);
+    };
+    const Recording first = cancelled("", {edit});
+    std::map<std::string, std::string> values = valuesOf(first.settingsFile);
+    const char* const edited[][2] = {
+        {"MainEffect", "15"},     {"MainPalette", "3"},          {"MainSupercompress", "1"},
+        {"MainAlphaTrans", "1"},  {"MainRadarPingMarkers", "0"}, {"MainDelay", "77"},
+        {"MainRadarSize", "200"}, {"MainRadarIncrement", "0"},   {"MainRadarAngle", "180"}};
+    for (const auto& [key, value] : edited)
+        EXPECT_EQ(values[key], value) << key;
+
+    const Step look = [](HWND dialog) {
+        EXPECT_EQ(SendDlgItemMessageA(dialog, kEffect, CB_GETCURSEL, 0, 0), 15);
+        EXPECT_EQ(SendDlgItemMessageA(dialog, kPalette, CB_GETCURSEL, 0, 0), 3);
+        EXPECT_EQ(SendDlgItemMessageA(dialog, kRadarIncrement, CB_GETCURSEL, 0, 0), 0);
+        EXPECT_EQ(IsDlgButtonChecked(dialog, kSupercompress), static_cast<UINT>(BST_CHECKED));
+        EXPECT_EQ(IsDlgButtonChecked(dialog, kRadarPing), static_cast<UINT>(BST_UNCHECKED));
+        EXPECT_EQ(textOf(GetDlgItem(dialog, kDelay)), "77");
+        EXPECT_EQ(textOf(GetDlgItem(dialog, kRadarSize)), "200");
+    };
+    const Recording second = cancelled(first.settingsFile, {look});
+    EXPECT_EQ(undated(second.settingsFile), undated(first.settingsFile));
+}
+
+TEST(Settings, WhatNoControlEditsComesThroughAsRead) {
+    const std::string longPath = "C:\\" + std::string(300, 'p');
+    const Recording seen = cancelled("[PlugIn]\n"
+                                     "AlphaGreyBack = 4294967295\r\n"
+                                     "SolidBackground=7\n"
+                                     "MainDatapadTextFile = C:\\a b\\\xE4=;.txt\n"
+                                     "MainTachD = 0,1;100,2\n" // a shortened key
+                                     "MainArclightSeed ==  12\n"
+                                     "MainLadderSeed = -1\n"
+                                     "VersionNumber = 3\n"
+                                     "Nobody = 4\n"
+                                     "InstrumentFontName = Courier\n"
+                                     "MainVoiceSound = " +
+                                     longPath);
+    std::map<std::string, std::string> values = valuesOf(seen.settingsFile);
+    const std::pair<const char*, std::string> expected[] = {
+        {"AlphaGreyBack", "4294967295"},
+        {"SolidBackground", "7"},
+        {"MainDatapadTextFile", "C:\\a b\\\xE4=;.txt"},
+        {"MainTachDataPointList", "0,1;100,2"},
+        {"MainArclightSeed", "12"},
+        {"MainLadderSeed", "4294967295"},
+        {"VersionNumber", "512"},
+        {"AdvancedInstrumentFontName", "Courier"}, // one value under two keys
+        {"AddDescriptiveCommentBlock", "1"},
+        // A line is taken in pieces of 259 bytes, 17 of which are the key and what follows it.
+        {"MainVoiceSound", longPath.substr(0, 259 - 17)},
+    };
+    for (const auto& [key, value] : expected)
+        EXPECT_EQ(values[key], value) << key;
+    EXPECT_FALSE(values.contains("Nobody"));
+}
+
+TEST(Settings, ControlsLimitWhatAFileSays) {
+    const Recording seen = cancelled("MainDelay = 99999\nMainRadarSize = 4294967295\nMainRadarAngle = 1\n"
+                                     "MainPalette = 77\nMainEffect = 20\nMainRadarIncrement = 34\n"
+                                     "MainRadarPanelColor = 4294967295\n");
+    std::map<std::string, std::string> values = valuesOf(seen.settingsFile);
+    const char* const expected[][2] = {{"MainDelay", "32768"},
+                                       {"MainRadarAngle", "30"},
+                                       {"MainPalette", "6"},
+                                       {"MainEffect", "4"},
+                                       {"MainRadarSize", "256"},
+                                       {"MainRadarIncrement", "22"},
+                                       {"MainRadarPanelColor", "16777215"}};
+    for (const auto& [key, value] : expected)
+        EXPECT_EQ(values[key], value) << key;
+}
+
+TEST(Settings, RubbishDoesNoHarm) {
+    std::string rubbish(10u << 20, '\0');
+    std::uint32_t state = 1;
+    for (char& c : rubbish) {
+        state = state * 1664525u + 1013904223u;
+        c = static_cast<char>(state >> 24);
+    }
+    for (const std::string& file : {rubbish, std::string(1000, '\n'), std::string("MainDelay"), std::string("\x1A")}) {
+        const Recording seen = cancelled(file);
+        EXPECT_EQ(seen.result, 1);
+        EXPECT_EQ(linesOf(seen.settingsFile).size(), kHeaderLines + kRows);
+    }
+}
+
+// Holds Shift for the thread, as far as GetKeyState tells.
+class ShiftHeld {
+public:
+    ShiftHeld() { set(0x80); }
+    ShiftHeld(const ShiftHeld&) = delete;
+    ShiftHeld& operator=(const ShiftHeld&) = delete;
+    ~ShiftHeld() { set(0); }
+
+private:
+    static void set(BYTE state) {
+        BYTE keys[256] = {};
+        keys[VK_SHIFT] = state;
+        SetKeyboardState(keys);
+    }
+};
+
+TEST(Settings, ShiftIgnoresTheFile) {
+    const std::string file = "MainDelay = 9\nMainEffect = 15\nMainVoiceSound = C:\\x.wav\nLabelLeft = L\n";
+    const Recording normal = cancelled(std::nullopt);
+    const ShiftHeld shift;
+    ASSERT_LT(GetKeyState(VK_SHIFT), 0);
+    const Recording seen = cancelled(file);
+    EXPECT_EQ(undated(seen.settingsFile), undated(normal.settingsFile));
+}
+
+TEST(Settings, FilePathsBeginInTheEditorsFolder) {
+    const std::string documents = specialFolder(CSIDL_PERSONAL);
+    ASSERT_FALSE(documents.empty());
+    const char* const files[][2] = {
+        {"MainVUDigVertSound", "Default.wav"},      {"MainVUDigHorzSound", "Default.wav"},
+        {"MainVUAnalogSquareSound", "Default.wav"}, {"MainVUAnalogRoundSound", "Default.wav"},
+        {"MainMagicEyeSound", "Default.wav"},       {"MainSonicSound", "Default.wav"},
+        {"MainVoiceSound", "Default.wav"},          {"MainSpectrumSound", "Default.wav"},
+        {"MainDatapadTextFile", "Default.txt"},     {"MainBarGraphImageFile", "Default.jpg"}};
+    const std::pair<std::uint32_t, const char*> editors[] = {
+        {0, "Tavolin"}, {1, "Tavolin"}, {2, "Merrowin"}, {3, "Merrowin"}};
+    for (const auto& [flags, editor] : editors) {
+        SCOPED_TRACE(flags);
+        Session session;
+        session.flags = flags;
+        session.settings = "MainVoiceSound =\nMainSonicSound = C:\\own.wav\n";
+        std::map<std::string, std::string> values = valuesOf(run(session).settingsFile);
+        const std::string folder = documents + "\\My " + editor + " 16 Documents\\";
+        for (const auto& [key, name] : files)
+            EXPECT_EQ(values[key], std::string(key) == "MainSonicSound" ? "C:\\own.wav" : folder + name) << key;
+    }
+}
+
+TEST(Settings, AFileThatCannotBeReplacedStaysAsItWas) {
+    const std::string folder = specialFolder(CSIDL_APPDATA) + "\\Korvel";
+    const Step obstruct = [&](HWND dialog) {
+        setText(dialog, kDelay, "33");
+        EXPECT_TRUE(CreateDirectoryA((folder + "\\VELDRAN1.TMP").c_str(), nullptr)); // where the new file is begun
+    };
+    const Recording seen = cancelled("MainDelay = 9\r\n", {obstruct});
+    EXPECT_EQ(seen.result, 1);
+    EXPECT_TRUE(seen.boxes.empty());
+    EXPECT_EQ(seen.settingsFile, "MainDelay = 9\r\n");
+}
+
+} // namespace

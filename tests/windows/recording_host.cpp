@@ -1,0 +1,334 @@
+// Dialogs are noticed with a hook when they have been initialised; steps run from a timer in the dialog's own message
+// loop, as a person's input would.
+#include "recording_host.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+#include <shlobj.h>
+
+namespace recording {
+namespace {
+
+struct Invocation {
+    const Session* session = nullptr;
+    Recording recording;
+    HWND dialog = nullptr;
+    std::size_t nextStep = 0;
+    UINT_PTR timer = 0;
+    const HostTaskInfo* task = nullptr; // while a task is open
+};
+
+Invocation* current = nullptr;
+
+void complain(const std::string& fault) {
+    current->recording.faults.push_back(fault);
+}
+
+void CALLBACK runStep(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    Invocation& run = *current;
+    if (run.nextStep < run.session->steps.size())
+        run.session->steps[run.nextStep++](run.dialog);
+    else
+        press(run.dialog, kCancel);
+    run.timer = SetTimer(nullptr, 0, 0, runStep); // killed when the dialog has gone
+}
+
+void readMessageBox(HWND box) {
+    std::string text;
+    for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        char className[16] = "";
+        GetClassNameA(child, className, sizeof className);
+        if (lstrcmpiA(className, "STATIC") == 0)
+            text += textOf(child);
+    }
+    current->recording.boxes.push_back(text);
+    if (current->dialog != nullptr && GetWindow(box, GW_OWNER) != current->dialog)
+        complain("message box without its owner: " + text);
+    PostMessageA(box, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), reinterpret_cast<LPARAM>(GetDlgItem(box, IDOK)));
+}
+
+LRESULT CALLBACK afterMessage(int code, WPARAM wParam, LPARAM lParam) {
+    const auto* sent = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+    if (code == HC_ACTION && sent->message == WM_INITDIALOG) {
+        if (GetDlgItem(sent->hwnd, kTest) == nullptr)
+            readMessageBox(sent->hwnd);
+        else {
+            ++current->recording.dialogsOpened;
+            current->dialog = sent->hwnd;
+            current->timer = SetTimer(nullptr, 0, 0, runStep);
+        }
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+template <std::size_t kCount>
+bool allZero(const std::uint8_t (&bytes)[kCount]) {
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
+}
+
+void recordTask(const HostTaskInfo* task) {
+    current->task = task;
+    current->recording.tasks.push_back(*task);
+    if (task->size != 1080 || task->version != 0x1000 || task->owner != current->dialog || task->reserved0 != 0 ||
+        task->reserved1 != 0 || !allZero(task->reserved2))
+        complain("task record");
+}
+
+void recordFrame(const HostImageInfo& info) {
+    if (info.size != 112 || info.version != 0x1000 || info.reserved0 != 0 || !allZero(info.reserved1) ||
+        !allZero(info.reserved2))
+        complain("image record");
+    Frame frame{info, {}};
+    const auto* bytes = static_cast<const std::uint8_t*>(GlobalLock(info.image));
+    if (bytes == nullptr || GlobalSize(info.image) < sizeof(BITMAPINFOHEADER)) {
+        complain("image block");
+        return;
+    }
+    frame.bitmap.assign(bytes, bytes + GlobalSize(info.image));
+    GlobalUnlock(info.image);
+    BITMAPINFOHEADER header{};
+    std::memcpy(&header, frame.bitmap.data(), sizeof header);
+    const std::size_t stride = (static_cast<std::size_t>(header.biWidth) * header.biBitCount + 31) / 32 * 4;
+    const std::size_t pixels = stride * static_cast<std::size_t>(header.biHeight);
+    const std::size_t table = header.biBitCount == 8 ? 1024 : 0;
+    if (header.biSize != 40 || header.biPlanes != 1 || header.biCompression != BI_RGB || header.biSizeImage != pixels ||
+        frame.bitmap.size() < 40 + table + pixels)
+        complain("bitmap header");
+    else
+        current->recording.frames.push_back(std::move(frame));
+}
+
+bool carriesTask(std::uint32_t command) {
+    return command == kHostAddImage || command == kHostAddComment || command == kHostFinishTask ||
+           command == kHostSetBackground;
+}
+
+std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command, std::uintptr_t wParam,
+                                      std::intptr_t lParam) {
+    Recording& recording = current->recording;
+    Message message{command, wParam, lParam, {}};
+    if (command == kHostShowStatus || command == kHostAddComment)
+        message.text = reinterpret_cast<const char*>(lParam);
+    recording.messages.push_back(message);
+    const HostTaskInfo* expected = carriesTask(command) ? current->task : nullptr;
+    if (task != expected || (carriesTask(command) && task == nullptr))
+        complain("task argument of command " + std::to_string(command));
+    if (command == kHostCreateTask || command == kHostCreateTestTask)
+        recordTask(reinterpret_cast<const HostTaskInfo*>(lParam));
+    if (command == kHostAddImage)
+        recordFrame(*reinterpret_cast<const HostImageInfo*>(lParam));
+    if (command == kHostFinishTask)
+        current->task = nullptr;
+    const int time = recording.count(command);
+    const bool refused = std::ranges::any_of(current->session->refusals, [&](const Refusal& refusal) {
+        return refusal.command == command && refusal.time == time;
+    });
+    return refused ? 0 : 1;
+}
+
+// The plugin's folder below the application data. The person's own one is moved aside while the object lives.
+class SettingsFolder {
+public:
+    explicit SettingsFolder(const std::optional<std::string>& settings) {
+        if (GetFileAttributesA(aside_.c_str()) == INVALID_FILE_ATTRIBUTES)
+            MoveFileA(path_.c_str(), aside_.c_str());
+        else
+            clear(); // left over from tests that were killed
+        if (!settings)
+            return;
+        CreateDirectoryA(path_.c_str(), nullptr);
+        std::ofstream(file(), std::ios::binary) << *settings;
+    }
+    SettingsFolder(const SettingsFolder&) = delete;
+    SettingsFolder& operator=(const SettingsFolder&) = delete;
+    ~SettingsFolder() {
+        clear();
+        MoveFileA(aside_.c_str(), path_.c_str());
+    }
+
+    std::string read() const {
+        std::ifstream stream(file(), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+
+    std::vector<std::string> names() const {
+        std::vector<std::string> names;
+        WIN32_FIND_DATAA found{};
+        const HANDLE search = FindFirstFileA((path_ + "\\*").c_str(), &found);
+        if (search == INVALID_HANDLE_VALUE)
+            return names;
+        do {
+            if (found.cFileName[0] != '.')
+                names.push_back(found.cFileName);
+        } while (FindNextFileA(search, &found));
+        FindClose(search);
+        return names;
+    }
+
+private:
+    std::string file() const { return path_ + "\\VELDRAN1.INI"; }
+    void clear() const {
+        for (const std::string& name : names())
+            if (const std::string path = path_ + '\\' + name; !DeleteFileA(path.c_str()))
+                RemoveDirectoryA(path.c_str());
+        RemoveDirectoryA(path_.c_str());
+    }
+
+    std::string path_ = specialFolder(CSIDL_APPDATA) + "\\Korvel";
+    std::string aside_ = path_ + " (moved aside by a test)";
+};
+
+void notify(HWND dialog, int control, int code) {
+    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
+}
+
+void invoke(HMODULE library) {
+    const auto doBuild =
+        reinterpret_cast<DoBuildFunction>(reinterpret_cast<void*>(GetProcAddress(library, "PLUGIN16DoBuild")));
+    HostParams params{};
+    params.size = sizeof params;
+    params.version = current->session->version;
+    params.message = onMessage;
+    params.flags = current->session->flags;
+    const HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROCRET, afterMessage, nullptr, GetCurrentThreadId());
+    current->nextStep = 0;
+    current->recording.result = doBuild(nullptr, &params);
+    KillTimer(nullptr, current->timer);
+    UnhookWindowsHookEx(hook);
+    if (IsWindow(current->dialog))
+        complain("the dialog is still there");
+    current->dialog = nullptr;
+}
+
+} // namespace
+
+std::string Message::describe() const {
+    const std::string number = std::to_string(command);
+    switch (command) {
+    case kHostShowStatus:
+        return number + ' ' + text;
+    case kHostFinishTask:
+        return number + ' ' + std::to_string(wParam);
+    case kHostShowProgress:
+        return number + ' ' + std::to_string(wParam) + ' ' + std::to_string(lParam);
+    case kHostSetBackground:
+        return number + ' ' + static_cast<char>(wParam) + ' ' + std::to_string(lParam);
+    default:
+        return number;
+    }
+}
+
+std::vector<std::string> Recording::describe() const {
+    std::vector<std::string> all;
+    std::ranges::transform(messages, std::back_inserter(all), &Message::describe);
+    return all;
+}
+
+int Recording::count(std::uint32_t command) const {
+    return static_cast<int>(std::ranges::count(messages, command, &Message::command));
+}
+
+BITMAPINFOHEADER Frame::header() const {
+    BITMAPINFOHEADER header{};
+    std::memcpy(&header, bitmap.data(), sizeof header);
+    return header;
+}
+
+const std::uint8_t* Frame::pixel(int x, int y) const {
+    if (x < 0 || y < 0 || x >= width() || y >= height())
+        throw std::out_of_range("no such pixel");
+    const int stride = (width() * bits() + 31) / 32 * 4;
+    const int table = bits() == 8 ? 1024 : 0;
+    return &bitmap.at(static_cast<std::size_t>(40 + table + (height() - 1 - y) * stride + x * bits() / 8));
+}
+
+COLORREF Frame::colour(int x, int y) const {
+    const std::uint8_t* bytes = pixel(x, y);
+    return bits() == 8 ? tableColour(*bytes) : RGB(bytes[2], bytes[1], bytes[0]);
+}
+
+int Frame::index(int x, int y) const {
+    return *pixel(x, y);
+}
+
+int Frame::alpha(int x, int y) const {
+    return pixel(x, y)[3];
+}
+
+COLORREF Frame::tableColour(int entry) const {
+    const std::uint8_t* bytes = &bitmap.at(static_cast<std::size_t>(40 + 4 * entry));
+    return RGB(bytes[2], bytes[1], bytes[0]);
+}
+
+Recording run(const Session& session) {
+    const SettingsFolder folder(session.settings);
+    Invocation invocation;
+    invocation.session = &session;
+    current = &invocation;
+    const HMODULE library = LoadLibraryA("veldran1_x64.dll");
+    if (library == nullptr)
+        throw std::runtime_error("veldran1_x64.dll cannot be loaded");
+    for (int i = 0; i < session.invocations; ++i)
+        invoke(library);
+    FreeLibrary(library);
+    current = nullptr;
+    invocation.recording.settingsFile = folder.read();
+    invocation.recording.folder = folder.names();
+    return std::move(invocation.recording);
+}
+
+void press(HWND dialog, int button) {
+    notify(dialog, button, BN_CLICKED);
+}
+
+void setCheck(HWND dialog, int control, bool checked) {
+    CheckDlgButton(dialog, control, checked ? BST_CHECKED : BST_UNCHECKED);
+    notify(dialog, control, BN_CLICKED);
+}
+
+void setChoice(HWND dialog, int control, int position) {
+    SendDlgItemMessageA(dialog, control, CB_SETCURSEL, static_cast<WPARAM>(position), 0);
+    notify(dialog, control, CBN_SELCHANGE);
+}
+
+void setText(HWND dialog, int control, const std::string& text) {
+    SetDlgItemTextA(dialog, control, text.c_str());
+}
+
+void setLines(HWND dialog, int control, const std::vector<std::string>& lines) {
+    SendDlgItemMessageA(dialog, control, LB_RESETCONTENT, 0, 0);
+    for (const std::string& line : lines)
+        SendDlgItemMessageA(dialog, control, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
+}
+
+std::string textOf(HWND window) {
+    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+Step pressing(int button) {
+    return [button](HWND dialog) { press(dialog, button); };
+}
+
+std::vector<std::string> split(const std::string& text, char separator) {
+    std::istringstream stream(text);
+    std::vector<std::string> parts;
+    for (std::string part; std::getline(stream, part, separator);)
+        parts.push_back(part);
+    return parts;
+}
+
+std::string specialFolder(int identity) {
+    char path[MAX_PATH] = "";
+    SHGetSpecialFolderPathA(nullptr, path, identity, FALSE);
+    return path;
+}
+
+} // namespace recording
