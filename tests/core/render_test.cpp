@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <algorithm>
 #include <functional>
 #include <random>
 #include <vector>
@@ -62,24 +62,8 @@ TEST(ImageView, PackedBitmapSizes) {
         int width, height, bits;
         std::size_t bytes; // 0: no such bitmap
     } cases[] = {
-        {1, 1, 1, 52},
-        {33, 2, 1, 64},
-        {2, 2, 8, 1072},
-        {47, 33, 24, 4792},
-        {4, 3, 24, 76},
-        {47, 33, 32, 6244},
-        {65535, 65535, 32, 17179344940},
-        {65536, 1, 24, 0},
-        {1, 65536, 24, 0},
-        {0, 1, 24, 0},
-        {1, 0, 24, 0},
-        {-1, 1, 24, 0},
-        {1, INT32_MIN, 24, 0},
-        {1, 1, 0, 0},
-        {1, 1, 4, 0},
-        {1, 1, 16, 0},
-        {1, 1, -24, 0},
-    };
+        {33, 2, 1, 64},    {2, 2, 8, 1072}, {47, 33, 24, 4792},    {47, 33, 32, 6244}, {65535, 65535, 32, 17179344940},
+        {65536, 1, 24, 0}, {0, 1, 24, 0},   {1, INT32_MIN, 24, 0}, {1, 1, 4, 0}};
     for (const auto& c : cases)
         EXPECT_EQ(packedBitmapBytes(c.width, c.height, c.bits).value_or(0), c.bytes)
             << c.width << "x" << c.height << "x" << c.bits;
@@ -101,10 +85,11 @@ TEST(ImageView, RowsStandBottomUpBehindTheColourTable) {
         EXPECT_EQ(view.colourTable, bits <= 8 ? block.data() + 40 : nullptr) << bits;
     }
     // The header's bytes as any other program reads them.
-    const Bytes block = packedBitmap(47, 33, 24);
-    const Bytes expected = {40, 0, 0, 0, 47, 0, 0, 0, 33, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 0x90, 0x12, 0, 0};
-    EXPECT_EQ(Bytes(block.begin(), block.begin() + 24), expected);
-    EXPECT_EQ(Bytes(block.begin() + 24, block.begin() + 40), Bytes(16));
+    Bytes header = packedBitmap(47, 33, 24);
+    header.resize(40);
+    Bytes expected = {40, 0, 0, 0, 47, 0, 0, 0, 33, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 0x90, 0x12};
+    expected.resize(40);
+    EXPECT_EQ(header, expected);
 }
 
 TEST(ImageView, RefusesHeadersThatAreNotOurs) {
@@ -116,27 +101,18 @@ TEST(ImageView, RefusesHeadersThatAreNotOurs) {
         int bits;
         std::function<void(Bytes&)> change;
         bool accepted;
-    } cases[] = {
-        {"as written", 24, [](Bytes&) {}, true},
-        {"full colour table", 8, at(32, 256), true},
-        {"short colour table", 8, at(32, 16), false},
-        {"one colour", 1, at(32, 1), false},
-        {"empty", 24, [](Bytes& block) { block.clear(); }, false},
-        {"cut header", 24, [](Bytes& block) { block.resize(39); }, false},
-        {"a byte short", 24, [](Bytes& block) { block.pop_back(); }, false},
-        {"header of another size", 24, at(0, 124), false},
-        {"width 0", 24, at(4, 0), false},
-        {"largest width", 24, at(4, 0x7FFFFFFF), false},
-        {"width whose stride wraps", 32, at(4, 0x40000000), false},
-        {"more width than pixels", 24, at(4, 6), false},
-        {"top-down", 24, at(8, 0xFFFFFFFE), false},
-        {"lowest height", 24, at(8, 0x80000000), false},
-        {"more height than pixels", 24, at(8, 3), false},
-        {"two planes", 24, at(12, 2, 2), false},
-        {"16 bits", 24, at(14, 16, 2), false},
-        {"absurd bits", 24, at(14, 0xFFFF, 2), false},
-        {"run lengths", 8, at(16, 1), false},
-    };
+    } cases[] = {{"as written", 24, [](Bytes&) {}, true},
+                 {"full colour table", 8, at(32, 256), true},
+                 {"short colour table", 8, at(32, 16), false},
+                 {"cut header", 24, [](Bytes& block) { block.resize(39); }, false},
+                 {"a byte short", 24, [](Bytes& block) { block.pop_back(); }, false},
+                 {"width whose stride wraps", 32, at(4, 0x40000000), false},
+                 {"more width than pixels", 24, at(4, 6), false},
+                 {"top-down", 24, at(8, 0xFFFFFFFE), false},
+                 {"more height than pixels", 24, at(8, 3), false},
+                 {"two planes", 24, at(12, 2, 2), false},
+                 {"16 bits", 24, at(14, 16, 2), false},
+                 {"run lengths", 8, at(16, 1), false}};
     for (const auto& c : cases) {
         Bytes block = packedBitmap(5, 2, c.bits);
         c.change(block);
@@ -164,11 +140,8 @@ TEST(Colour, ScalesEachChannel) {
         double factor;
         Colour scaled;
     } cases[] = {
-        {makeColour(255, 255, 255), 0.5, makeColour(127, 127, 127)},
         {makeColour(200, 100, 50), 1.5, makeColour(255, 150, 75)},
-        {makeColour(200, 100, 50), 0.0, 0},
         {makeColour(200, 100, 50), -2.0, 0},
-        {makeColour(200, 100, 50), 1.0, makeColour(200, 100, 50)},
         {makeColour(1, 2, 0), 1e300, makeColour(255, 255, 0)},
         {0xAB000000 | makeColour(10, 20, 30), 2.0, makeColour(20, 40, 60)},
         {makeColour(3, 5, 7), 0.66, makeColour(1, 3, 4)},
@@ -179,39 +152,10 @@ TEST(Colour, ScalesEachChannel) {
 }
 
 TEST(Resample, LengthsRoundHalvesUp) {
-    const int cases[][3] = {{526, 33, 174},
-                            {150, 33, 50},
-                            {3, 50, 2},
-                            {1, 49, 0},
-                            {1, 50, 1},
-                            {0, 100, 0},
-                            {5, 0, 0},
-                            {10, -5, 0},
-                            {7, 100, 7},
-                            {7, 250, 18},
-                            {INT32_MAX, 1000, INT32_MAX}};
+    const int cases[][3] = {{526, 33, 174}, {1, 49, 0},   {1, 50, 1},
+                            {10, -5, 0},    {7, 250, 18}, {INT32_MAX, 1000, INT32_MAX}};
     for (const auto& c : cases)
         EXPECT_EQ(scaledLength(c[0], c[1]), c[2]) << c[0] << " by " << c[1];
-}
-
-TEST(Resample, SmallPicturesByHand) {
-    Raster three(3, 1, 24);
-    three.setRow(0, {0, 9, 255, 90, 9, 255, 255, 9, 255});
-    Raster two(2, 1, 24);
-    resampleArea(three.view, two.view);
-    EXPECT_EQ(two.row(0), (Bytes{30, 9, 255, 200, 9, 255})); // (0 + 90/2) / 1.5 and (90/2 + 255) / 1.5
-
-    Raster four(2, 2, 24);
-    four.setRow(0, {0, 0, 10, 0, 1, 20});
-    four.setRow(1, {0, 0, 30, 1, 1, 41});
-    Raster one(1, 1, 24);
-    resampleArea(four.view, one.view);
-    EXPECT_EQ(one.row(0), (Bytes{0, 1, 25})); // 0.25, 0.5, 25.25
-
-    Raster indexed(2, 1, 8);
-    indexed.setRow(0, {10, 20});
-    resampleArea(indexed.view, one.view);
-    EXPECT_EQ(one.row(0), (Bytes{15, 240, 8})); // of (10, 245, 5) and (20, 235, 10)
 }
 
 // The average over the area below a target pixel, straight from its definition: overlaps of rectangles, counted in
@@ -233,8 +177,8 @@ int exactAverage(const ConstImageView& source, int width, int height, int x, int
 }
 
 TEST(Resample, EveryPixelIsTheExactAverage) {
-    const int sizes[][4] = {{1, 1, 1, 1},    {1, 1, 3, 2},    {2, 2, 1, 1},   {2, 2, 3, 5},   {47, 33, 16, 11},
-                            {47, 33, 1, 33}, {47, 33, 47, 1}, {13, 7, 14, 9}, {5, 47, 47, 5}, {64, 9, 32, 3}};
+    const int sizes[][4] = {{3, 1, 2, 1},     {1, 1, 3, 2},    {2, 2, 1, 1},
+                            {47, 33, 16, 11}, {47, 33, 1, 33}, {5, 47, 47, 5}};
     for (const auto& [width, height, targetWidth, targetHeight] : sizes)
         for (const int bits : {8, 24, 32}) {
             Raster source(width, height, bits, RowOrder::BottomUp);
@@ -248,8 +192,7 @@ TEST(Resample, EveryPixelIsTheExactAverage) {
                     const int channel = i % target.view.bytesPerPixel();
                     ASSERT_EQ(target.view.row(y)[i],
                               exactAverage(source.view, targetWidth, targetHeight, x, y, channel))
-                        << width << "x" << height << "x" << bits << " to " << targetWidth << "x" << targetHeight
-                        << " at " << x << "," << y << "," << channel;
+                        << width << "x" << height << "x" << bits << " at " << x << "," << y;
                 }
         }
 }
@@ -280,7 +223,7 @@ TEST(Blend, MaskWeighsTheColour) {
 }
 
 TEST(Blend, InkBeyondThePictureIsDropped) {
-    const int places[][2] = {{0, 0}, {1, 1}, {-1, -2}, {2, -1}, {-2, 2}, {3, 0}, {0, 3}, {-3, 0}, {0, -3}, {99, -99}};
+    const int places[][2] = {{0, 0}, {-1, -2}, {2, 1}, {3, 0}, {0, -3}, {99, -99}};
     for (const int bits : {8, 24, 32})
         for (const auto& [left, top] : places) {
             Raster picture(3, 3, 24);
@@ -305,20 +248,16 @@ TEST(Blend, InkBeyondThePictureIsDropped) {
 TEST(Blend, AlphaIsTheLowByteOfTheOtherImage) {
     for (const int colourBits : {8, 24, 32})
         for (const int alphaBits : {8, 24, 32}) {
-            Raster colours(2, 2, colourBits, RowOrder::BottomUp);
+            Raster colours(2, 1, colourBits, RowOrder::BottomUp);
             Raster alpha(1, 1, alphaBits);
-            colours.fillRandom(1);
-            alpha.fillRandom(2);
-            colours.view.pixel(1, 0)[0] = 40; // table entry (40, 215, 20)
+            const Bytes pixel = {40, 215, 20}; // also what the table's entry 40 holds
+            std::copy_n(pixel.begin(), std::min(3, colourBits / 8), colours.view.pixel(1, 0));
             alpha.view.pixel(0, 0)[0] = 77;
-            Raster target(2, 2, 32);
+            Raster target(2, 1, 32);
             mergeAlphaPixels(colours.view, alpha.view, target.view);
-            const std::uint8_t* pixel = target.view.pixel(1, 0);
-            const std::uint8_t* stored = colours.view.pixel(1, 0);
-            EXPECT_EQ(Bytes(pixel, pixel + 3), (colourBits == 8 ? Bytes{40, 215, 20} : Bytes(stored, stored + 3)));
-            const auto alphaAt = [&](int x, int y) { return int{target.view.pixel(x, y)[3]}; };
-            EXPECT_EQ((std::array{alphaAt(0, 0), alphaAt(1, 0), alphaAt(0, 1), alphaAt(1, 1)}),
-                      (std::array{77, 0, 0, 0})); // transparent where the alpha image has no pixel
+            const Bytes merged = target.row(0);
+            EXPECT_EQ(merged[3], 77);
+            EXPECT_EQ(Bytes(merged.begin() + 4, merged.end()), (Bytes{40, 215, 20, 0})); // no alpha pixel there
             EXPECT_TRUE(target.paddingIsWhole());
         }
 }

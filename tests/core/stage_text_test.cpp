@@ -73,29 +73,20 @@ TEST(StageCatalog, DamageIsNamedWithItsLine) {
     const struct {
         std::string text;
         const char* said;
-    } cases[] = {
-        {"", "form that this program does not know"},
-        {"voltane-effects\t2\n", "form that this program does not know"},
-        {"voltane-effects\t1", "no test button"},
-        {"voltane-effects\t1\nbutton\ttest\t48\n", "no effects"},
-        {"voltane-effects\t1\nbutton\ttest\t0\n", "line 2"},
-        {"voltane-effects\t1\nbutton\ttest\t70000\n", "line 2"},
-        {kStart + "button\ttest\t49\n", "line 7: a second test button"},
-        {kStart + "\n", "line 7: a line of an unknown kind"},
-        {kStart + "effect\t15\tready\tRadar\n", "line 7: a row that stands twice"},
-        {kStart + "effect\t99999999999\tready\tX\n", "line 7: no row number"},
-        {kStart + "effect\t-1\tready\tX\n", "line 7: no row number"},
-        {kStart + "effect\t3\tsoon\tX\n", "line 7: an unknown state"},
-        {kStart + "effect\t3\tready\n", "line 7: a wrong number of fields"},
-        {kStart + "setting\tA\tinteger\t1\t5\t4\t-\t\t\n", "an empty range"},
-        {kStart + "setting\tA\tinteger\tx\t\t\t-\t\t\n", "a default that is not a number"},
-        {kStart + "setting\tA\tinteger\t1\t\t\t-\t\n", "a wrong number of fields"},
-        {kStart + "setting\tA\tnumber\t1\t\t\t-\t\t\n", "an unknown kind"},
-        {kStart + "setting\tA B\tinteger\t1\t\t\t-\t\t\n", "a key of a wrong form"},
-        {kStart + "setting\tA\tchoice\t1\t\t\t-\t\t\n", "choices that do not fit"},
-        {kStart + "setting\tA\tflag\t1\t\t\t3\t\t\n", "an effect that is not listed"},
-        {kCatalog + "setting\tMainDelay\tflag\t1\t\t\t-\t\t\n", "a key that stands twice"},
-    };
+    } cases[] = {{"", "form that this program does not know"},
+                 {"voltane-effects\t1", "no test button"},
+                 {"voltane-effects\t1\nbutton\ttest\t48\n", "no effects"},
+                 {"voltane-effects\t1\nbutton\ttest\t70000\n", "line 2"},
+                 {kStart + "button\ttest\t49\n", "line 7: a second test button"},
+                 {kStart + "effect\t15\tready\tRadar\n", "line 7: a row that stands twice"},
+                 {kStart + "effect\t99999999999\tready\tX\n", "line 7: no row number"},
+                 {kStart + "effect\t3\tsoon\tX\n", "line 7: an unknown state"},
+                 {kStart + "setting\tA\tinteger\t1\t5\t4\t-\t\t\n", "an empty range"},
+                 {kStart + "setting\tA\tinteger\tx\t\t\t-\t\t\n", "a default that is not a number"},
+                 {kStart + "setting\tA B\tinteger\t1\t\t\t-\t\t\n", "a key of a wrong form"},
+                 {kStart + "setting\tA\tchoice\t1\t\t\t-\t\t\n", "choices that do not fit"},
+                 {kStart + "setting\tA\tflag\t1\t\t\t3\t\t\n", "an effect that is not listed"},
+                 {kCatalog + "setting\tMainDelay\tflag\t1\t\t\t-\t\t\n", "a key that stands twice"}};
     for (const auto& c : cases) {
         const std::string said = failureOf(ExitCode::PluginFailed, [&] { EffectCatalog::parse(c.text); });
         EXPECT_TRUE(contains(said, c.said)) << c.said << " / " << said;
@@ -112,35 +103,24 @@ TEST(StageValues, KindsAndRanges) {
         const char* key;
         std::string given;
         const char* stored; // null: refused
-    } cases[] = {
-        {"MainAlphaTrans", "Yes", "1"},
-        {"MainAlphaTrans", "off", "0"},
-        {"MainAlphaTrans", "2", nullptr},
-        {"MainRadarAngle", "360", "360"},
-        {"MainRadarAngle", "361", nullptr},
-        {"MainRadarAngle", "-1", nullptr},
-        {"MainRadarAngle", "9x", nullptr},
-        {"MainRadarAngle", "", nullptr},
-        {"MainDelay", "4294967295", "4294967295"},
-        {"MainDelay", "4294967296", nullptr},
-        {"MainRadarTrace", "#102030", "3153936"}, // 0x302010
-        {"MainRadarTrace", "0x102030", "1056816"},
-        {"MainRadarTrace", "16777215", "16777215"},
-        {"MainRadarTrace", "16777216", nullptr},
-        {"MainRadarTrace", "#12345", nullptr},
-        {"MainRadarTrace", "#+12345", nullptr},
-        {"MainRadarSize", "2", "2"},
-        {"MainRadarSize", "3", nullptr},
-        {"MainRadarSize", "large", nullptr},
-        {"MainRadarMarkers", "a = b ", "a = b "},
-        {"MainRadarMarkers", "", ""},
-        {"MainRadarMarkers", " a", nullptr},
-        {"MainRadarMarkers", "=a", nullptr},
-        {"MainRadarMarkers", "a\nMainDelay = 1", nullptr},
-        {"MainRadarMarkers", "a\x7F", nullptr},
-        {"MainRadarMarkers", "\xE2\x98\x83", nullptr},
-        {"MainRadarMarkers", std::string(240, 'm'), nullptr},
-    };
+    } cases[] = {{"MainAlphaTrans", "Yes", "1"},
+                 {"MainAlphaTrans", "2", nullptr},
+                 {"MainRadarAngle", "361", nullptr},
+                 {"MainRadarAngle", "-1", nullptr},
+                 {"MainRadarAngle", "", nullptr},
+                 {"MainDelay", "4294967295", "4294967295"},
+                 {"MainDelay", "4294967296", nullptr},
+                 {"MainRadarTrace", "#102030", "3153936"}, // 0x302010
+                 {"MainRadarTrace", "16777216", nullptr},
+                 {"MainRadarTrace", "#+12345", nullptr},
+                 {"MainRadarSize", "2", "2"},
+                 {"MainRadarSize", "3", nullptr},
+                 {"MainRadarMarkers", "a = b ", "a = b "},
+                 {"MainRadarMarkers", " a", nullptr},
+                 {"MainRadarMarkers", "=a", nullptr},
+                 {"MainRadarMarkers", "a\nMainDelay = 1", nullptr},
+                 {"MainRadarMarkers", "\xE2\x98\x83", nullptr},
+                 {"MainRadarMarkers", std::string(240, 'm'), nullptr}};
     for (const auto& c : cases) {
         std::string stored;
         const std::string said = failureOf(ExitCode::WrongUsage,
@@ -162,27 +142,21 @@ TEST(StageSettings, PrivateFileAndTrueColour) {
         const char* text;
         BuildButton button;
         const char* key; // null: frames have palettes
-    } cases[] = {
-        {"", BuildButton::Build, nullptr},
-        {"Truecolour = 1\n", BuildButton::Build, "Truecolour"},
-        {"Truecolour=1\r\nTruecolour = 0\r\n", BuildButton::Build, nullptr},
-        {"Truecolour = 010\n", BuildButton::Test, "Truecolour"},
-        {"TruecolourX = 1\n", BuildButton::Build, nullptr},
-        {"MainAlphaTrans == 1", BuildButton::Build, "MainAlphaTrans"},
-        {"MainAlphaTrans = 1", BuildButton::Test, nullptr},
-    };
+    } cases[] = {{"", BuildButton::Build, nullptr},
+                 {"Truecolour = 1\n", BuildButton::Build, "Truecolour"},
+                 {"Truecolour = 010\n", BuildButton::Test, "Truecolour"},
+                 {"MainAlphaTrans == 1", BuildButton::Build, "MainAlphaTrans"},
+                 {"MainAlphaTrans = 1", BuildButton::Test, nullptr}};
     for (const auto& c : cases)
         EXPECT_EQ(trueColourKey(catalog, c.text, c.button).value_or("none"), c.key == nullptr ? "none" : c.key)
             << c.text;
 }
 
 TEST(StageArguments, AllOptions) {
-    const std::vector<std::string> words = {"render", "--effect", "radar",    "--set", "A=b=c", "--set",
-                                            "D=",     "--ini",    "my.ini",   "--as",  "PNG",   "--test",
-                                            "--out",  "x y.png",  "--frames", "f"};
-    const Arguments arguments = parseArguments(words);
-    EXPECT_EQ(arguments.verb, Verb::Render);
-    const RenderOptions& render = arguments.render;
+    const RenderOptions render =
+        parseArguments(std::vector<std::string>{"render", "--effect", "radar", "--set", "A=b=c", "--set", "D=", "--ini",
+                                                "my.ini", "--as", "PNG", "--test", "--out", "x y.png", "--frames", "f"})
+            .render;
     EXPECT_EQ(render.effect, "radar");
     ASSERT_EQ(render.settings.size(), 2u);
     EXPECT_EQ(render.settings[0].key + "|" + render.settings[0].value, "A|b=c");
@@ -198,19 +172,14 @@ TEST(StageArguments, MistakesAreNamed) {
     const struct {
         std::vector<std::string> words;
         const char* said;
-    } cases[] = {
-        {{}, "stage render --effect"},
-        {{"rendr"}, "nearest is render"},
-        {{"list", "all"}, "takes nothing after it"},
-        {{"render"}, "wants --effect"},
-        {{"render", "--efect", "radar"}, "nearest is --effect"},
-        {{"render", "--effect"}, "wants a value"},
-        {{"render", "--effect", "radar", "--effect", "radar"}, "given twice"},
-        {{"render", "--effect", "radar", "--out", ""}, "empty value"},
-        {{"render", "--effect", "radar", "--as", "mng"}, "allows gif and png"},
-        {{"render", "--effect", "radar", "--set", "A"}, "KEY=VALUE"},
-        {{"render", "--effect", "radar", "--set", "=1"}, "KEY=VALUE"},
-    };
+    } cases[] = {{{}, "stage render --effect"},
+                 {{"rendr"}, "nearest is render"},
+                 {{"render"}, "wants --effect"},
+                 {{"render", "--efect", "radar"}, "nearest is --effect"},
+                 {{"render", "--effect"}, "wants a value"},
+                 {{"render", "--effect", "radar", "--effect", "radar"}, "given twice"},
+                 {{"render", "--effect", "radar", "--as", "mng"}, "allows gif and png"},
+                 {{"render", "--effect", "radar", "--set", "=1"}, "KEY=VALUE"}};
     for (const auto& c : cases) {
         const std::string said = failureOf(ExitCode::WrongUsage, [&] { parseArguments(c.words); });
         EXPECT_TRUE(contains(said, c.said)) << c.said << " / " << said;

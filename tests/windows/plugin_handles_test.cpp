@@ -67,7 +67,7 @@ TEST(Handles, StandStillOverOpenings) {
         SendMessageA(dialog, WM_TIMER, 1, 0);
         RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     }};
-    expectStandStill(session, 20);
+    expectStandStill(session, 8);
 }
 
 TEST(Handles, StandStillOverBuilds) {
@@ -76,11 +76,10 @@ TEST(Handles, StandStillOverBuilds) {
         const char* settings;
         int button;
         Refusal refusal;
-        int times = 3;
+        int times = 2;
     } cases[] = {
-        {"default", "", kBuild, {}, 10},
+        {"default", "", kBuild, {}, 4},
         {"supercompressed", "MainSupercompress = 1\n", kTest, {}},
-        {"dithered", "MainDither = 1\nMainCustompalette = 0\n", kTest, {}},
         {"true colour", "Truecolour = 1\n", kBuild, {}},
         {"alpha", "MainAlphaTrans = 1\n", kBuild, {}},
         {"no document", "MainSupercompress = 1\n", kBuild, {kHostCreateTask, 1}},
