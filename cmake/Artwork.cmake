@@ -3,7 +3,8 @@
 
 # identity, bits per pixel, width x height, SVG file in src/resources/artwork
 set(VELDRAN_ARTWORK
-  "7210  8 526x526 radar-graticule.svg")
+  "7210  8 526x526 radar-graticule.svg"
+  "7222 24 192x90 altimeter-editor.svg")
 
 # Adds the rules that make the packed files in the current binary directory's artwork/ and an artwork.rc beside them, which
 # names them without a path. Sets `files_variable` to the packed files and `rc_variable` to the resource script in the

@@ -8,7 +8,11 @@ complain() {
     status=1
 }
 
-sources=$(git ls-files '*.cpp' '*.h')
+sources=$(find fuzz bench src stage tests tools \( -name '*.cpp' -o -name '*.h' \) 2>/dev/null | sort)
+[ -n "$sources" ] || {
+    echo 'No sources found'
+    exit 1
+}
 
 # The style is the checked-in one.
 unformatted=$(printf '%s\n' "$sources" | xargs clang-format --dry-run -Werror 2>&1 | grep -oE '^[^:]+\.(cpp|h)' | sort -u)

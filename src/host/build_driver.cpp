@@ -32,6 +32,21 @@ private:
     HCURSOR previous_;
 };
 
+// A task that the host has created: finished in any case.
+class OpenTask {
+public:
+    OpenTask(const HostParams* host, HostTaskInfo& task) : host_(host), task_(task) {}
+    OpenTask(const OpenTask&) = delete;
+    OpenTask& operator=(const OpenTask&) = delete;
+    ~OpenTask() { sendToHost(host_, &task_, kHostFinishTask, succeeded_ ? 1 : 0, 0); }
+    void succeed() { succeeded_ = true; }
+
+private:
+    const HostParams* host_;
+    HostTaskInfo& task_;
+    bool succeeded_ = false;
+};
+
 class AnimationBuild {
 public:
     AnimationBuild(HWND dialog, HostParams* host, BuildKind kind)
@@ -181,12 +196,14 @@ bool AnimationBuild::deliver() {
     const HostCommand create = kind_ == BuildKind::Test ? kHostCreateTestTask : kHostCreateTask;
     if (sendToHost(host_, nullptr, create, 0, reinterpret_cast<std::intptr_t>(&task_)) == 0)
         return fail("Error creating new task.");
+    OpenTask open(host_, task_);
     setBackground();
-    const bool added = addFrames();
-    if (added && options_.addComment)
+    if (!addFrames())
+        return false;
+    if (options_.addComment)
         sendToHost(host_, &task_, kHostAddComment, 0, reinterpret_cast<std::intptr_t>(kComment));
-    sendToHost(host_, &task_, kHostFinishTask, added ? 1 : 0, 0);
-    return added;
+    open.succeed();
+    return true;
 }
 
 } // namespace

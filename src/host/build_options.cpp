@@ -1,6 +1,7 @@
 // Which options exclude which.
 #include "host/build_options.h"
 
+#include "settings/control_index.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
@@ -11,7 +12,7 @@ namespace veldran {
 namespace {
 
 int readSelection(HWND dialog, int control) {
-    const LRESULT selection = SendDlgItemMessageA(dialog, control, CB_GETCURSEL, 0, 0);
+    const LRESULT selection = SendMessageA(controlWindow(dialog, control), CB_GETCURSEL, 0, 0);
     return static_cast<int>(std::max<LRESULT>(selection, 0));
 }
 
@@ -33,13 +34,14 @@ BuildOptions readBuildOptions(HWND dialog, BuildKind kind) {
 }
 
 AlphaCheckGuard::AlphaCheckGuard(HWND dialog, BuildKind kind)
-    : dialog_(dialog), saved_(IsDlgButtonChecked(dialog, kControlAlpha)) {
+    : dialog_(dialog),
+      saved_(static_cast<WPARAM>(SendMessageA(controlWindow(dialog, kControlAlpha), BM_GETCHECK, 0, 0))) {
     if (kind == BuildKind::Test)
-        CheckDlgButton(dialog, kControlAlpha, BST_UNCHECKED);
+        SendMessageA(controlWindow(dialog, kControlAlpha), BM_SETCHECK, BST_UNCHECKED, 0);
 }
 
 AlphaCheckGuard::~AlphaCheckGuard() {
-    CheckDlgButton(dialog_, kControlAlpha, saved_);
+    SendMessageA(controlWindow(dialog_, kControlAlpha), BM_SETCHECK, saved_, 0);
 }
 
 } // namespace veldran

@@ -30,7 +30,7 @@ public:
 
 private:
     HWND dialog_;
-    UINT saved_;
+    WPARAM saved_; // a button state
 };
 
 } // namespace veldran

@@ -61,18 +61,17 @@ int configureAndBuild(HWND parent, HostParams* params) {
         showMessage(parent, kHostTooOld);
         return 0;
     }
-    const PluginFonts fonts = createPluginFonts();
-    setCurrentFonts(&fonts);
+    const CurrentFonts fonts;
     registerControlClasses();
     computePluginFolder();
-    fillDefaultPaths(params->flags, isShiftHeld() ? DefaultPaths::Everywhere : DefaultPaths::WhereEmpty);
-    runMainDialog(parent, params);
-    setCurrentFonts(nullptr);
+    fillDefaultPaths(pluginSettings(), params->flags,
+                     isShiftHeld() ? DefaultPaths::Everywhere : DefaultPaths::WhereEmpty);
+    const bool opened = runMainDialog(parent, params);
     if (parent != nullptr) {
         InvalidateRect(parent, nullptr, TRUE);
         UpdateWindow(parent);
     }
-    return 1;
+    return opened ? 1 : 0;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The table of instruments. A panel must use exactly the identities that its row reserves; the compiler checks it.
 #include "instruments/effect_list.h"
 
-#include "instruments/radar_model.h"
+#include "instruments/radar_parameters.h"
 
 #include <algorithm>
 #include <array>

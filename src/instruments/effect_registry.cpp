@@ -2,6 +2,7 @@
 #include "instruments/effect_registry.h"
 
 #include "instruments/effect_list.h"
+#include "instruments/frame_loop.h"
 #include "instruments/radar.h"
 #include "settings/parameter_reader.h"
 
@@ -18,11 +19,12 @@ struct Entries {
     int (*preview)(BuildContext* context);
     int (*build)(BuildContext* context);
     Colour (*background)(HWND dialog, int transparent);
+    std::unique_ptr<FrameSequence> (*open)(HWND dialog);
 };
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
-    {"Radar", radarPreview, radarBuild, radarBackground},
+    {"Radar", radarPreview, radarBuild, radarBackground, radarOpen},
 };
 
 struct Registry {
@@ -41,6 +43,7 @@ struct Registry {
             effects[i].preview = entries->preview;
             effects[i].build = entries->build;
             effects[i].background = entries->background;
+            effects[i].open = entries->open;
         }
     }
 };

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 
 #include <windows.h>
 
@@ -25,6 +26,8 @@ struct BuildContext {
 
 // One instrument. Entries answer 1 on success and 0 on failure; `build` leaves what it has appended to the caller, who
 // frees the list. An entry may be null while the instrument cannot be drawn yet.
+class FrameSequence;
+
 struct EffectDescriptor {
     const char* name;
     int (*preview)(BuildContext* context); // one representative frame
@@ -32,6 +35,8 @@ struct EffectDescriptor {
     // The colour of the empty area, or kNoColour. `transparent`: the background is about to become transparent.
     Colour (*background)(HWND dialog, int transparent);
     const int* controls; // identities of its controls, spinners after their fields; ends with 0
+    // The animation's frames one by one, as `build` makes them, for playing; null when it cannot be opened.
+    std::unique_ptr<FrameSequence> (*open)(HWND dialog);
 };
 
 // The twenty instruments; the index is what the setting MainEffect stores.

@@ -21,18 +21,27 @@ bool appendFrame(BuildContext& context, GlobalBlock image, std::uint32_t delay) 
     return true;
 }
 
-bool renderFrames(BuildContext& context, const FrameLoop& loop) {
-    const bool alpha = wantsAlpha(context.dialog);
-    for (int i = 0; i < loop.frames; ++i) {
-        GlobalBlock image = loop.render(i);
-        if (!image)
+// Frees the mask that frames have left in the context.
+class MaskGuard {
+public:
+    explicit MaskGuard(BuildContext& context) : context_(context) {}
+    MaskGuard(const MaskGuard&) = delete;
+    MaskGuard& operator=(const MaskGuard&) = delete;
+    ~MaskGuard() {
+        GlobalBlock mask(context_.mask);
+        context_.mask = nullptr;
+    }
+
+private:
+    BuildContext& context_;
+};
+
+bool appendFrames(BuildContext& context, FrameSequence& sequence) {
+    for (int i = 0; i < sequence.frames(); ++i) {
+        GlobalBlock image = renderWithAlpha(context, sequence, i);
+        if (!image || !appendFrame(context, std::move(image), sequence.delay(i)))
             return false;
-        if (alpha)
-            if (GlobalBlock merged = mergeAlpha(image.get(), context.mask))
-                image = std::move(merged);
-        if (!appendFrame(context, std::move(image), loop.delay))
-            return false;
-        showProgress(context.host, loop.progress(i), loop.progressTotal);
+        showProgress(context.host, sequence.progress(i), sequence.progressTotal());
     }
     return true;
 }
@@ -53,11 +62,17 @@ Colour backgroundOr(HWND dialog, Colour own) {
     return own;
 }
 
-int runFrameLoop(BuildContext& context, const FrameLoop& loop) {
-    const bool done = renderFrames(context, loop);
-    GlobalBlock mask(context.mask);
-    context.mask = nullptr;
-    return done ? 1 : 0;
+GlobalBlock renderWithAlpha(BuildContext& context, FrameSequence& sequence, int index) {
+    GlobalBlock image = sequence.render(context, index);
+    if (image && wantsAlpha(context.dialog))
+        if (GlobalBlock merged = mergeAlpha(image.get(), context.mask))
+            return merged;
+    return image;
+}
+
+int buildSequence(BuildContext& context, FrameSequence* sequence) {
+    const MaskGuard mask(context);
+    return sequence != nullptr && appendFrames(context, *sequence) ? 1 : 0;
 }
 
 } // namespace veldran

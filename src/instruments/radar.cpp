@@ -13,13 +13,13 @@
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
 
-#include <optional>
+#include <memory>
 
 namespace veldran {
 namespace {
 
 constexpr int kGraticuleResource = 7210;
-constexpr int kMarkerControl = kRadarControl<Setting::None>;
+constexpr int kMarkerControl = kRadarMarkerList;
 constexpr int kPreviewAngle = 45;
 constexpr int kMarkerHalfSide = 6;
 
@@ -30,6 +30,7 @@ constexpr int kLabelGapAbove = 2;
 constexpr int kLabelMarginX = 4;
 constexpr int kLabelMarginY = 1;
 constexpr int kLabelWeight = 700;
+constexpr std::uint32_t kTallestLabel = 526; // the artwork's height
 
 struct RadarParameters {
     Colour trace;
@@ -46,7 +47,7 @@ struct RadarParameters {
     std::vector<RadarMarker> markers; // those to be drawn
 };
 
-// What is the same for every frame of a build.
+// What is the same for every frame.
 struct RadarScene {
     RadarParameters parameters;
     RadarGeometry geometry;
@@ -74,7 +75,8 @@ RadarParameters readParameters(HWND dialog) {
     p.increment = readChoiceNumber(dialog, kRadarControl<Setting::MainRadarIncrement>);
     p.traceAngle = readParameter(dialog, kRadarControl<Setting::MainRadarAngle>);
     p.pingMarkers = isChecked(dialog, kRadarControl<Setting::MainRadarPingMarkers>);
-    p.labelHeight = static_cast<int>(pluginSettings().number(Setting::AdvancedRadarMarkerFontSize));
+    p.labelHeight =
+        static_cast<int>(std::min(pluginSettings().number(Setting::AdvancedRadarMarkerFontSize), kTallestLabel));
     p.markers = readMarkers(dialog);
     return p;
 }
@@ -155,7 +157,7 @@ void drawMarker(HDC dc, const RadarScene& scene, const RadarMarker& marker, cons
 }
 
 // One frame with the sweep's leading edge at `angle` degrees.
-GlobalBlock render(const RadarScene& scene, int angle) {
+GlobalBlock renderFrame(const RadarScene& scene, int angle) {
     const RadarGeometry& geometry = scene.geometry;
     ScopedCanvas picture(geometry.width, geometry.height);
     const ScopedCanvas glow(geometry.width, geometry.height);
@@ -179,63 +181,79 @@ GlobalBlock renderMask(const RadarGeometry& geometry) {
                               geometry.percent);
 }
 
-std::optional<RadarScene> makeScene(HWND dialog, const LockedImage& graticule) {
-    if (!graticule || graticule.view().bits == 1)
-        return std::nullopt;
-    RadarScene scene;
-    scene.parameters = readParameters(dialog);
-    scene.graticule = graticule.view();
-    scene.geometry =
-        radarGeometry(scene.graticule.width, scene.graticule.height, scene.parameters.size, scene.parameters.padding);
-    scene.labelFont = createLabelFont(scene.parameters.labelHeight);
-    return scene;
-}
+class RadarSequence : public FrameSequence {
+public:
+    RadarSequence(HWND dialog, GlobalBlock artwork, LockedImage graticule)
+        : artwork_(std::move(artwork)), graticule_(std::move(graticule)), alpha_(wantsAlpha(dialog)),
+          delay_(frameDelay(dialog)) {
+        scene_.parameters = readParameters(dialog);
+        scene_.graticule = graticule_.view();
+        scene_.geometry = radarGeometry(scene_.graticule.width, scene_.graticule.height, scene_.parameters.size,
+                                        scene_.parameters.padding);
+        scene_.labelFont = createLabelFont(scene_.parameters.labelHeight);
+        increment_ = clampIncrement(scene_.parameters.increment);
+    }
 
-int buildFrames(BuildContext& context, const RadarScene& scene) {
-    const int increment = clampIncrement(scene.parameters.increment);
-    const bool alpha = wantsAlpha(context.dialog);
-    FrameLoop loop;
-    loop.frames = sweepFrameCount(increment);
-    loop.progressTotal = 360;
-    loop.delay = frameDelay(context.dialog);
-    loop.progress = [increment](int index) { return index * std::abs(increment); };
-    loop.render = [&](int index) -> GlobalBlock {
-        if (alpha && context.mask == nullptr) {
-            context.mask = renderMask(scene.geometry).release();
+    int frames() const override { return sweepFrameCount(increment_); }
+    std::uint32_t delay(int) const override { return delay_; }
+    int progress(int index) const override { return index * std::abs(increment_); }
+    int progressTotal() const override { return 360; }
+
+    GlobalBlock render(BuildContext& context, int index) override {
+        if (alpha_ && context.mask == nullptr) {
+            context.mask = renderMask(scene_.geometry).release();
             if (context.mask == nullptr)
                 return {};
         }
-        return render(scene, index * increment);
-    };
-    return runFrameLoop(context, loop);
-}
+        return renderAt(context, index * increment_);
+    }
 
-// Loads the artwork, makes it known in the context for as long as `use` runs, and calls `use` with the scene.
-template <class Use>
-int withScene(BuildContext& context, Use use) {
-    const GlobalBlock artwork = loadPackedImage(kGraticuleResource);
-    const LockedImage graticule(artwork.get());
-    const std::optional<RadarScene> scene = makeScene(context.dialog, graticule);
-    if (!scene)
-        return 0;
-    context.artwork = &graticule.view();
-    const int result = use(*scene);
-    context.artwork = nullptr;
-    return result;
+    GlobalBlock renderStill(BuildContext& context) const {
+        const bool clockwise = sweepDirection(scene_.parameters.increment) == SweepDirection::Clockwise;
+        return renderAt(context, clockwise ? kPreviewAngle : -kPreviewAngle);
+    }
+
+private:
+    GlobalBlock renderAt(BuildContext& context, int angle) const {
+        context.artwork = &scene_.graticule;
+        GlobalBlock frame = renderFrame(scene_, angle);
+        context.artwork = nullptr;
+        return frame;
+    }
+
+    GlobalBlock artwork_;
+    LockedImage graticule_; // unlocked before the artwork goes
+    bool alpha_;
+    std::uint32_t delay_;
+    int increment_ = 1;
+    RadarScene scene_;
+};
+
+std::unique_ptr<RadarSequence> openSequence(HWND dialog) {
+    GlobalBlock artwork = loadPackedImage(kGraticuleResource);
+    LockedImage graticule(artwork.get());
+    if (!graticule || graticule.view().bits == 1)
+        return nullptr;
+    return std::make_unique<RadarSequence>(dialog, std::move(artwork), std::move(graticule));
 }
 
 } // namespace
 
 int radarPreview(BuildContext* context) {
-    return withScene(*context, [context](const RadarScene& scene) {
-        const bool clockwise = sweepDirection(scene.parameters.increment) == SweepDirection::Clockwise;
-        context->previewImage = render(scene, clockwise ? kPreviewAngle : -kPreviewAngle).release();
+    return runEntry([context] {
+        const std::unique_ptr<RadarSequence> sequence = openSequence(context->dialog);
+        if (sequence != nullptr)
+            context->previewImage = sequence->renderStill(*context).release();
         return context->previewImage != nullptr ? 1 : 0;
     });
 }
 
 int radarBuild(BuildContext* context) {
-    return withScene(*context, [context](const RadarScene& scene) { return buildFrames(*context, scene); });
+    return runEntry([context] { return buildSequence(*context, openSequence(context->dialog).get()); });
+}
+
+std::unique_ptr<FrameSequence> radarOpen(HWND dialog) {
+    return openSequence(dialog);
 }
 
 Colour radarBackground(HWND dialog, int) {

@@ -7,6 +7,7 @@ namespace veldran {
 
 int radarPreview(BuildContext* context);
 int radarBuild(BuildContext* context);
+std::unique_ptr<FrameSequence> radarOpen(HWND dialog);
 Colour radarBackground(HWND dialog, int transparent);
 
 } // namespace veldran

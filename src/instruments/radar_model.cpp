@@ -1,8 +1,9 @@
 // Radar: numbers only.
 #include "instruments/radar_model.h"
 
+#include "settings/integer_text.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdlib>
 
@@ -21,40 +22,18 @@ int truncate(double value) {
     return static_cast<int>(std::clamp(value, -kFarAway, kFarAway));
 }
 
-// Reads an integer from the front of `text` and removes it; numbers beyond the type stick to its limits.
-std::optional<int> takeInteger(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-    std::string_view digits = text;
-    if (digits.starts_with('+') && !digits.starts_with("+-"))
-        digits.remove_prefix(1);
-    int value = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (error == std::errc::invalid_argument)
-        return std::nullopt;
-    if (error == std::errc::result_out_of_range)
-        value = digits.starts_with('-') ? INT32_MIN : INT32_MAX;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return value;
-}
-
-bool takeComma(std::string_view& text) {
-    if (!text.starts_with(','))
-        return false;
-    text.remove_prefix(1);
-    return true;
-}
-
 } // namespace
 
 RadarGeometry radarGeometry(int graticuleWidth, int graticuleHeight, int size, int padding) {
     RadarGeometry geometry{};
-    // A size above the artwork's own height would make the unit 0; it is drawn at full scale instead.
-    geometry.unit = std::max(graticuleHeight / size, 1);
+    // Sizes that the panel does not offer, from a host that writes its own ranges: neither a division by 0 nor a unit
+    // of 0, which a size above the artwork's height would give.
+    geometry.unit = std::max(graticuleHeight / std::max(size, 1), 1);
     geometry.pad = geometry.unit * padding;
     geometry.width = graticuleWidth + 2 * geometry.pad;
     geometry.height = graticuleHeight + 2 * geometry.pad;
     geometry.centre = {geometry.width / 2, geometry.height / 2};
-    geometry.percent = 100 / geometry.unit;
+    geometry.percent = std::max(100 / geometry.unit, 1);
     return geometry;
 }
 

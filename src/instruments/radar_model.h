@@ -1,35 +1,15 @@
-// Radar: its parameters, the geometry of screen and sweep, the markers. Core: draws nothing and knows no windows.
+// Radar: the geometry of screen and sweep, the markers. Core: draws nothing and knows no windows.
 #pragma once
 
+#include "instruments/radar_parameters.h"
 #include "render/colour.h"
-#include "settings/parameter.h"
 
-#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace veldran {
-
-inline constexpr int kRadarFirstControl = 329;
-
-inline constexpr std::array<ParameterRow, 12> kRadarParameters = {{
-    {ParameterKind::Colour, "Trace:", Setting::MainRadarGreenColor, "", ""},
-    {ParameterKind::Colour, "Screen:", Setting::MainRadarBlackColor, "", ""},
-    {ParameterKind::Colour, "Scale:", Setting::MainRadarWhiteColor, "", ""},
-    {ParameterKind::Colour, "Panel:", Setting::MainRadarPanelColor, "", ""},
-    {ParameterKind::Colour, "Markers:", Setting::MainRadarMarkerColor, "", ""},
-    {ParameterKind::Number, "Size:", Setting::MainRadarSize, "48,256,128", ""},
-    {ParameterKind::Number, "Padding:", Setting::MainRadarPadding, "2,128,10", ""},
-    {ParameterKind::Choice, "Increment:", Setting::MainRadarIncrement, "",
-     "-60;-45;-40;-30;-24;-20;-15;-12;-10;-9;-8;-6;-5;-4;-3;-2;-1;1;2;3;4;5;6;8;9;10;12;15;20;24;30;40;45;60"},
-    {ParameterKind::Number, "Trace angle:", Setting::MainRadarAngle, "30,180,90", ""},
-    {ParameterKind::Markers, "Markers:", Setting::None, "",
-     "AMC981,48,48;AZA010,217,88;BOA210,97,88;MAX004,135,78;STI761,210,45;XAO889,280,64;XJS912,330,80,220,52"},
-    {ParameterKind::Check, "Show markers", Setting::MainRadarShowMarkers, "", ""},
-    {ParameterKind::Check, "Ping markers", Setting::MainRadarPingMarkers, "", ""},
-}};
 
 // The control of a setting on the radar's panel; does not compile for a setting that has none.
 template <Setting kSetting>
@@ -38,6 +18,10 @@ inline constexpr int kRadarControl = [] {
     static_assert(control != 0);
     return control;
 }();
+
+// The list of markers, the one control that edits no setting.
+inline constexpr int kRadarMarkerList = controlOf(kRadarParameters, kRadarFirstControl, ParameterKind::Markers);
+static_assert(kRadarMarkerList != 0);
 
 // Radii in the pixels of the graticule, the artwork of 526 x 526 pixels.
 inline constexpr int kRadarScreenRadius = 258; // the round screen
@@ -60,7 +44,7 @@ struct RadarGeometry {
     int percent;
 };
 
-// Size and padding in output pixels; size is at least 6, below which whole per cents cannot express the reduction.
+// Size and padding in output pixels.
 RadarGeometry radarGeometry(int graticuleWidth, int graticuleHeight, int size, int padding);
 
 enum class SweepDirection : std::uint8_t { Clockwise, CounterClockwise };

@@ -56,4 +56,18 @@ void mergeAlphaPixels(const ConstImageView& colours, const ConstImageView& alpha
     }
 }
 
+void blendOverCheckerboard(const ConstImageView& picture, const ImageView& target) {
+    constexpr int kSquare = 8; // pixels
+    constexpr int kLight = 255;
+    constexpr int kDark = 204;
+    for (int y = 0; y < target.height; ++y) {
+        const std::uint8_t* pixel = picture.row(y);
+        std::uint8_t* out = target.row(y);
+        for (int x = 0; x < target.width; ++x, pixel += 4, out += 3)
+            for (int c = 0; c < 3; ++c)
+                out[c] = static_cast<std::uint8_t>(
+                    blendChannel((x / kSquare + y / kSquare) % 2 == 0 ? kLight : kDark, pixel[c], pixel[3]));
+    }
+}
+
 } // namespace veldran

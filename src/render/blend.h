@@ -20,4 +20,7 @@ void blendInk(const ImageView& picture, const ConstImageView& ink, int left, int
 // result is transparent.
 void mergeAlphaPixels(const ConstImageView& colours, const ConstImageView& alpha, const ImageView& target);
 
+// Lays `picture` (32 bits) over a checkerboard of light greys and writes the result into `target` (24 bits, same size).
+void blendOverCheckerboard(const ConstImageView& picture, const ImageView& target);
+
 } // namespace veldran

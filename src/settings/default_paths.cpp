@@ -3,7 +3,6 @@
 
 #include "base/shell_folder.h"
 #include "host/plugin_abi.h"
-#include "settings/settings_store.h"
 
 #include <string>
 
@@ -35,9 +34,8 @@ std::string documentsPath(std::uint32_t hostFlags) {
 
 } // namespace
 
-void fillDefaultPaths(std::uint32_t hostFlags, DefaultPaths which) {
+void fillDefaultPaths(PlugInSettings& settings, std::uint32_t hostFlags, DefaultPaths which) {
     const std::string folder = documentsPath(hostFlags);
-    PlugInSettings& settings = pluginSettings();
     for (const DefaultFile& file : kDefaultFiles)
         if (which == DefaultPaths::Everywhere || settings.text(file.setting).empty())
             settings.setText(file.setting, folder + file.fileName);

@@ -13,6 +13,10 @@ enum MainControl : int {
     kControlBuild = 1,
     kControlCancel = 2,
     kControlTest = 3,
+    kControlAdvanced = 5,
+    kControlDefaults = 6,
+    kControlPlay = 7,
+    kControlHelp = 9,
     kControlTrueColour = 10,
     kControlPalette = 13,
     kControlCustomPalette = 14,
@@ -33,6 +37,7 @@ enum MainControl : int {
     kControlEffectLabel = 65,
     kControlPaletteLabel = 66,
     kControlDelayLabel = 67,
+    kControlSummary = 68,
 };
 
 struct OptionRow {

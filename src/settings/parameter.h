@@ -10,11 +10,18 @@
 namespace veldran {
 
 enum class ParameterKind : std::uint8_t {
-    Colour,  // swatch, 0x00BBGGRR
-    Number,  // field with a spinner
-    Check,   // check box
-    Choice,  // list; the setting holds the position of the chosen entry
-    Markers, // list of lines; `choices` holds the lines that stand there at first
+    Colour,        // swatch, 0x00BBGGRR
+    SessionColour, // swatch without a setting: kept as long as the process
+    Number,        // field with a spinner
+    Check,         // check box
+    Choice,        // list; the setting holds the position of the chosen entry
+    Sound,         // path of a sound
+    PlayableSound, // the same with a button that plays it
+    TextFile,      // path of a text
+    ImageFile,     // path of an image
+    Points,        // data points, edited as a curve
+    Markers,       // list of lines; `choices` holds the lines that stand there at first
+    Curve,         // colour curve of five points, drawn with its label
 };
 
 struct ParameterRow {
@@ -31,9 +38,18 @@ inline constexpr int kFirstInstrumentControl = 100;
 inline constexpr int kLastInstrumentControl = 670;
 inline constexpr int kSpinnerOffset = 10000;
 
-// How many identities a row takes: a label and a control; a check box carries its label itself.
+// The entries of a list of degrees per frame, for instruments that turn.
+inline constexpr char kPhaseIncrements[] =
+    "-60;-45;-40;-30;-24;-20;-15;-12;-10;-9;-8;-6;-5;-4;-3;-2;-1;1;2;3;4;5;6;8;9;10;12;15;20;24;30;40;45;60";
+
+// Whether a control carries its label itself and so has no identity for one.
+constexpr bool labelsItself(const ParameterRow& row) {
+    return row.kind == ParameterKind::Check || row.kind == ParameterKind::Curve;
+}
+
+// How many identities a row takes: a label, the control, and the button that plays a sound.
 constexpr int identitiesOf(const ParameterRow& row) {
-    return row.kind == ParameterKind::Check ? 1 : 2;
+    return (labelsItself(row) ? 1 : 2) + (row.kind == ParameterKind::PlayableSound ? 1 : 0);
 }
 
 // The identities that all rows take together, spinners apart.
@@ -54,13 +70,21 @@ constexpr int spinnersOf(std::span<const ParameterRow> rows) {
 // The identity of the control that edits row `index`, when the identities are given out in order from `first` on: label
 // first, control after it.
 constexpr int controlOfRow(std::span<const ParameterRow> rows, int first, std::size_t index) {
-    return first + identitiesOf(rows.subspan(0, index)) + identitiesOf(rows[index]) - 1;
+    return first + identitiesOf(rows.subspan(0, index)) + (labelsItself(rows[index]) ? 0 : 1);
 }
 
 // The identity of the control that edits `setting`; 0 when no row does.
 constexpr int controlOf(std::span<const ParameterRow> rows, int first, Setting setting) {
     for (std::size_t i = 0; i < rows.size(); ++i)
         if (rows[i].setting == setting)
+            return controlOfRow(rows, first, i);
+    return 0;
+}
+
+// The identity of the first control of a kind; 0 when there is none.
+constexpr int controlOf(std::span<const ParameterRow> rows, int first, ParameterKind kind) {
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        if (rows[i].kind == kind)
             return controlOfRow(rows, first, i);
     return 0;
 }

@@ -16,9 +16,6 @@ namespace veldran {
 // default"; 0 to 100 without one). Signed when the minimum is negative. An empty field counts as 0 before clamping.
 int readParameter(HWND dialog, int controlId);
 
-// The range that readParameter clamps to is written to a spinner with this.
-std::string spinnerRangeText(HWND dialog, int controlId);
-
 bool isChecked(HWND dialog, int controlId);
 
 // Whether a check box is checked and can be used.

@@ -11,8 +11,8 @@ PlugInSettings& pluginSettings();
 // Whether a Shift key is held down at this moment. Held at invocation it sets everything back to its defaults.
 bool isShiftHeld();
 
-// Reads "Korvel\VELDRAN1.INI" from the application-data folder; with Shift held resets all settings instead. Without a
-// folder or a file the settings stay as they are.
+// Sets everything back to its built-in default and then applies "Korvel\VELDRAN1.INI" from the application-data folder,
+// unless there is none or Shift is held.
 void loadSettings();
 
 // Writes the file: into a temporary file beside it, which then takes its place. Makes the folder when it is missing.

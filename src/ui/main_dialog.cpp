@@ -6,27 +6,38 @@
 #include "host/host_link.h"
 #include "instruments/effect_registry.h"
 #include "resources/resource_ids.h"
+#include "settings/control_index.h"
 #include "settings/default_paths.h"
 #include "settings/output_options.h"
-#include "settings/parameter.h"
 #include "settings/settings_store.h"
+#include "ui/advanced_dialog.h"
+#include "ui/curve_control.h"
+#include "ui/help.h"
+#include "ui/help_topics.h"
 #include "ui/output_panel.h"
 #include "ui/panel.h"
+#include "ui/path_control.h"
 #include "ui/preview.h"
-#include "ui/swatch.h"
+#include "ui/push_button.h"
+#include "ui/tool_tips.h"
 
 #include <new>
+#include <optional>
+
+#include <mmsystem.h>
 
 namespace veldran {
 namespace {
 
 constexpr UINT_PTR kPreviewTimer = 1;
+constexpr UINT_PTR kPlayTimer = 2;
 constexpr UINT kPreviewPause = 120; // milliseconds after the last change: typing stays fluid
 constexpr char kStateProperty[] = "VeldranMainDialog";
 
 // What one open dialog keeps besides its controls. The window's user data is the host's parameter block.
 struct DialogState {
     Preview preview;
+    OutputEnabling enabling;
     bool filling = true; // controls are being filled by the program: changes are no edits
     bool building = false;
 };
@@ -39,13 +50,23 @@ HostParams* hostOf(HWND dialog) {
     return reinterpret_cast<HostParams*>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
 }
 
+void stopPlaying(HWND dialog) {
+    KillTimer(dialog, kPlayTimer);
+    stateOf(dialog)->preview.stop();
+    SetWindowTextA(controlWindow(dialog, kControlPlay), "&Play");
+}
+
+// Any change ends playing and shows in the still picture once no other has followed for a moment.
 void schedulePreview(HWND dialog) {
+    stopPlaying(dialog);
     SetTimer(dialog, kPreviewTimer, kPreviewPause, nullptr);
 }
 
 void showSelectedEffect(HWND dialog) {
+    stopSounds();
     showInstrumentControls(dialog, -1);
     showInstrumentControls(dialog, selectedEffect(dialog));
+    EnableWindow(controlWindow(dialog, kControlPlay), effectDescriptor(selectedEffect(dialog)).open != nullptr);
     schedulePreview(dialog);
 }
 
@@ -53,95 +74,187 @@ void onInitialise(HWND dialog, HostParams* host, DialogState* state) {
     SetWindowLongPtrA(dialog, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(host));
     SetPropA(dialog, kStateProperty, state);
     loadSettings();
-    fillDefaultPaths(host->flags, DefaultPaths::WhereEmpty);
-    createOutputControls(dialog);
+    fillDefaultPaths(pluginSettings(), host->flags, DefaultPaths::WhereEmpty);
+    createOutputControls(dialog, host->buttonStyle);
     fillOutputControls(dialog);
     fillPanels(dialog);
     layOutMainDialog(dialog);
-    refreshEnabling(dialog);
+    attachToolTips(dialog);
+    stateOf(dialog)->enabling.refresh(dialog);
     state->filling = false;
     showSelectedEffect(dialog);
-    SetFocus(GetDlgItem(dialog, kControlEffect));
+    SetFocus(controlWindow(dialog, kControlEffect));
 }
 
 void onDestroy(HWND dialog) {
+    stopPlaying(dialog);
+    stopSounds();
     KillTimer(dialog, kPreviewTimer);
-    saveOutputControls(dialog);
-    savePanels(dialog);
-    saveSettings();
+    if (!stateOf(dialog)->filling) {
+        saveOutputControls(dialog);
+        savePanels(dialog);
+        saveSettings();
+    }
     RemovePropA(dialog, kStateProperty);
+    forgetControls(dialog);
 }
 
 void onBuild(HWND dialog, BuildKind kind) {
     DialogState& state = *stateOf(dialog);
-    if (state.building)
-        return;
     state.building = true;
-    refreshEnabling(dialog);
+    stopPlaying(dialog);
+    stopSounds();
+    stateOf(dialog)->enabling.refresh(dialog);
+    EnableWindow(dialog, FALSE);
     sendToHost(hostOf(dialog), nullptr, kHostBuildBegins, 0, 0);
     const bool done = buildAnimation(dialog, hostOf(dialog), kind);
+    EnableWindow(dialog, TRUE);
     state.building = false;
     if (done && kind == BuildKind::Real)
         EndDialog(dialog, IDOK);
+    else
+        SetActiveWindow(dialog);
 }
 
-bool isInstrumentEdit(int control, int code) {
-    if (control < kFirstInstrumentControl || control > kLastInstrumentControl)
-        return false;
-    return code == EN_CHANGE || code == BN_CLICKED || code == CBN_SELCHANGE;
+void onPlay(HWND dialog) {
+    Preview& preview = stateOf(dialog)->preview;
+    if (preview.isPlaying()) {
+        schedulePreview(dialog);
+        return;
+    }
+    KillTimer(dialog, kPreviewTimer);
+    if (!preview.play(dialog, hostOf(dialog), selectedEffect(dialog)))
+        return;
+    SetWindowTextA(controlWindow(dialog, kControlPlay), "Sto&p");
+    SetTimer(dialog, kPlayTimer, USER_TIMER_MINIMUM, nullptr);
 }
 
-bool isSwatch(HWND control) {
-    return (GetWindowLongPtrA(control, GWL_STYLE) & BS_TYPEMASK) == BS_OWNERDRAW;
+void onDefaults(HWND dialog) {
+    resetPanel(dialog, selectedEffect(dialog), hostOf(dialog)->flags);
+    schedulePreview(dialog);
 }
 
-void onControl(HWND dialog, int control, int code, HWND window) {
-    if (control == kControlEffect && code == CBN_SELCHANGE)
-        showSelectedEffect(dialog);
-    else if (isInstrumentEdit(control, code)) {
-        char windowClass[16] = "";
-        GetClassNameA(window, windowClass, static_cast<int>(sizeof windowClass));
-        const bool clickedSwatch = code == BN_CLICKED && lstrcmpiA(windowClass, "BUTTON") == 0 && isSwatch(window);
-        if (!clickedSwatch || chooseSwatchColour(dialog, control))
-            schedulePreview(dialog);
-    } else if (code == BN_CLICKED) {
-        refreshEnabling(dialog);
+void onAdvanced(HWND dialog) {
+    stopPlaying(dialog);
+    if (runAdvancedDialog(dialog, hostOf(dialog)))
+        schedulePreview(dialog);
+}
+
+void onHelp(HWND dialog) {
+    showHelp(dialog, hostOf(dialog), helpTopicOf(selectedEffect(dialog)));
+}
+
+// What a notification says about a control: that its value has changed, or that the person wants to edit it.
+enum class ControlEvent : std::uint8_t { None, Changed, Activated };
+
+ControlEvent eventOf(const BoundParameter& parameter, int code) {
+    switch (parameter.row->kind) {
+    case ParameterKind::Number:
+    case ParameterKind::Curve:
+        return code == EN_CHANGE ? ControlEvent::Changed : ControlEvent::None;
+    case ParameterKind::Check:
+        return code == BN_CLICKED ? ControlEvent::Changed : ControlEvent::None;
+    case ParameterKind::Choice:
+        return code == CBN_SELCHANGE ? ControlEvent::Changed : ControlEvent::None;
+    case ParameterKind::Markers:
+        return code == LBN_DBLCLK ? ControlEvent::Activated : ControlEvent::None;
+    default:
+        return code == BN_CLICKED ? ControlEvent::Activated : ControlEvent::None;
+    }
+}
+
+void onParameter(HWND dialog, const BoundParameter& parameter, int control, int code) {
+    if (control != parameter.control) {
+        if (code == BN_CLICKED)
+            toggleSound(dialog, parameter.control, control);
+        return;
+    }
+    const ControlEvent event = eventOf(parameter, code);
+    if (event == ControlEvent::Changed)
+        refreshChoiceName(dialog, parameter);
+    if (event == ControlEvent::Changed ||
+        (event == ControlEvent::Activated && editParameter(dialog, parameter, hostOf(dialog))))
+        schedulePreview(dialog);
+}
+
+void onOption(HWND dialog, int control, int code) {
+    if (control == kControlEffect) {
+        if (code == CBN_SELCHANGE)
+            showSelectedEffect(dialog);
+        return;
+    }
+    const bool changesPlaying = control == kControlDelay && code == EN_CHANGE;
+    if (code != BN_CLICKED && !changesPlaying)
+        return;
+    stateOf(dialog)->enabling.refresh(dialog);
+    schedulePreview(dialog);
+}
+
+void onCommand(HWND dialog, WPARAM wParam) {
+    const DialogState* state = stateOf(dialog);
+    if (state == nullptr || state->filling || state->building)
+        return;
+    const int control = LOWORD(wParam);
+    const int code = HIWORD(wParam);
+    switch (control) {
+    case kControlBuild:
+        return onBuild(dialog, BuildKind::Real);
+    case kControlTest:
+        return onBuild(dialog, BuildKind::Test);
+    case kControlCancel:
+        EndDialog(dialog, IDCANCEL);
+        return;
+    case kControlPlay:
+        return onPlay(dialog);
+    case kControlDefaults:
+        return onDefaults(dialog);
+    case kControlAdvanced:
+        return onAdvanced(dialog);
+    case kControlHelp:
+        return onHelp(dialog);
+    default:
+        break;
+    }
+    if (const std::optional<BoundParameter> parameter = parameterOfControl(control))
+        onParameter(dialog, *parameter, control, code);
+    else
+        onOption(dialog, control, code);
+}
+
+void onTimer(HWND dialog, UINT_PTR timer) {
+    DialogState* state = stateOf(dialog);
+    if (state == nullptr || state->building)
+        return; // it comes again
+    KillTimer(dialog, timer);
+    if (timer == kPreviewTimer) {
+        state->preview.render(dialog, hostOf(dialog), selectedEffect(dialog));
+        SetWindowTextA(controlWindow(dialog, kControlSummary), state->preview.summary().c_str());
+    } else if (const unsigned wait = state->preview.advance(dialog, hostOf(dialog)); wait != 0) {
+        SetTimer(dialog, kPlayTimer, wait, nullptr);
+    } else {
         schedulePreview(dialog);
     }
 }
 
-void onCommand(HWND dialog, WPARAM wParam, LPARAM lParam) {
-    const DialogState* state = stateOf(dialog);
-    if (state == nullptr || state->filling)
-        return;
-    switch (LOWORD(wParam)) {
-    case kControlBuild:
-        onBuild(dialog, BuildKind::Real);
-        break;
-    case kControlTest:
-        onBuild(dialog, BuildKind::Test);
-        break;
-    case kControlCancel:
-        if (!state->building)
-            EndDialog(dialog, IDCANCEL);
-        break;
-    default:
-        onControl(dialog, LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam));
+void onDrawItem(HWND dialog, const DRAWITEMSTRUCT& item) {
+    const int control = static_cast<int>(item.CtlID);
+    if (control == kControlPreview) {
+        if (const DialogState* state = stateOf(dialog))
+            state->preview.draw(item);
+    } else if (const std::optional<BoundParameter> parameter = parameterOfControl(control)) {
+        drawParameter(item, *parameter);
+    } else {
+        drawPushButton(item, hostOf(dialog)->buttonStyle, control == kControlBuild);
     }
 }
 
-void onTimer(HWND dialog) {
-    KillTimer(dialog, kPreviewTimer);
-    DialogState* state = stateOf(dialog);
-    if (state != nullptr && !state->building)
-        state->preview.render(dialog, hostOf(dialog), selectedEffect(dialog));
-}
-
-void onDrawItem(HWND dialog, const DRAWITEMSTRUCT& item) {
-    if (item.CtlID != static_cast<UINT>(kControlPreview))
-        drawSwatch(item);
-    else if (const DialogState* state = stateOf(dialog))
-        state->preview.draw(item);
+// A right click on a sound tells about it.
+void onContextMenu(HWND dialog, HWND window) {
+    const std::optional<BoundParameter> parameter = parameterOfControl(GetDlgCtrlID(window));
+    if (!parameter || parameter->control != GetDlgCtrlID(window))
+        return;
+    if (parameter->row->kind == ParameterKind::Sound || parameter->row->kind == ParameterKind::PlayableSound)
+        showSoundInformation(dialog, parameter->control);
 }
 
 struct OpeningParameters {
@@ -157,14 +270,22 @@ INT_PTR dispatch(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
         return FALSE; // the focus is set already
     }
     case WM_COMMAND:
-        onCommand(dialog, wParam, lParam);
+        onCommand(dialog, wParam);
         return TRUE;
     case WM_TIMER:
-        onTimer(dialog);
+        onTimer(dialog, wParam);
         return TRUE;
     case WM_DRAWITEM:
         onDrawItem(dialog, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
+    case WM_CONTEXTMENU:
+        onContextMenu(dialog, reinterpret_cast<HWND>(wParam));
+        return TRUE;
+    case WM_HELP:
+        onHelp(dialog);
+        return TRUE;
+    case MM_WOM_DONE:
+        return onSoundDone(dialog, wParam);
     case WM_DESTROY:
         onDestroy(dialog);
         return TRUE;
@@ -178,17 +299,22 @@ INT_PTR CALLBACK mainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM
     try {
         return dispatch(dialog, message, wParam, lParam);
     } catch (const std::bad_alloc&) {
+        if (message == WM_INITDIALOG) // half a dialog is none
+            EndDialog(dialog, IDCANCEL);
         return FALSE;
     }
 }
 
 } // namespace
 
-void runMainDialog(HWND owner, HostParams* host) {
+bool runMainDialog(HWND owner, HostParams* host) {
+    registerCurveClass(moduleInstance());
     DialogState state;
     OpeningParameters opening{host, &state};
-    DialogBoxParamA(moduleInstance(), MAKEINTRESOURCEA(DIALOG_MAIN), owner, mainDialogProc,
-                    reinterpret_cast<LPARAM>(&opening));
+    const INT_PTR result = DialogBoxParamA(moduleInstance(), MAKEINTRESOURCEA(DIALOG_MAIN), owner, mainDialogProc,
+                                           reinterpret_cast<LPARAM>(&opening));
+    unregisterCurveClass(moduleInstance());
+    return result > 0; // both ways of closing it are positive
 }
 
 } // namespace veldran

@@ -8,7 +8,7 @@
 namespace veldran {
 
 // Runs the dialog modally. It reads the configuration file when it opens and writes it when it is destroyed, however it
-// is closed.
-void runMainDialog(HWND owner, HostParams* host);
+// is closed. False when it could not be opened.
+bool runMainDialog(HWND owner, HostParams* host);
 
 } // namespace veldran

@@ -2,17 +2,20 @@
 #include "ui/output_panel.h"
 
 #include "instruments/effect_list.h"
+#include "settings/control_index.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
+#include "settings/settings_store.h"
 #include "ui/panel.h"
-#include "ui/parameter_control.h"
+#include "ui/push_button.h"
+#include "ui/text_scale.h"
 
 #include <algorithm>
 
 namespace veldran {
 namespace {
 
-// All in pixels, client coordinates.
+// In pixels at 100 % text size, client coordinates.
 constexpr int kMargin = 12;
 constexpr int kFrameInset = 12; // from a group's edge to what stands in it
 constexpr int kFrameTop = 22;   // from a group's top to its first row
@@ -20,7 +23,7 @@ constexpr int kRowHeight = 24;
 constexpr int kControlHeight = 21;
 constexpr int kPanelWidth = 500;
 constexpr int kPanelRows = 11;
-constexpr int kPreviewWidth = 292;
+constexpr int kPreviewWidth = 300;
 constexpr int kEffectWidth = 330;
 constexpr int kEffectLabelWidth = 52;
 constexpr int kButtonWidth = 88;
@@ -44,15 +47,27 @@ struct OptionPlace {
     int labelWidth;
 };
 
-constexpr int kColumnLefts[] = {0, 150, 300, 470};
+constexpr int kPlayWidth = 60;
+constexpr int kNoteWidth = 380;
+
+constexpr int kColumnLefts[] = {0, 140, 272, 410};
 constexpr OptionPlace kOptionPlaces[] = {
     {kControlTrueColour, 0, 0, 140, 0},      {kControlAlpha, 0, 1, 140, 0},
     {kControlAlphaBackground, 0, 2, 140, 0}, {kControlAntialias, 1, 0, 140, 0},
     {kControlDither, 1, 1, 140, 0},          {kControlSupercompress, 1, 2, 140, 0},
     {kControlMaskBackground, 2, 0, 160, 0},  {kControlTransparent, 2, 1, 160, 0},
-    {kControlCustomPalette, 2, 2, 160, 0},   {kControlPalette, 3, 0, 310, 56},
+    {kControlCustomPalette, 2, 2, 160, 0},   {kControlPalette, 3, 0, 380, 56},
     {kControlDelay, 3, 1, 140, 56},
 };
+
+struct ButtonRow {
+    int control;
+    const char* text;
+};
+
+constexpr ButtonRow kLeftButtons[] = {
+    {kControlHelp, "&Help"}, {kControlAdvanced, "Ad&vanced\x85"}, {kControlDefaults, "De&faults"}};
+constexpr ButtonRow kRightButtons[] = {{kControlBuild, "Build"}, {kControlTest, "&Test"}, {kControlCancel, "Cancel"}};
 
 BoundParameter bind(const OptionRow& option) {
     return {&option.parameter, option.labelControl, option.control};
@@ -62,50 +77,61 @@ const OptionRow& optionRow(int control) {
     return *std::ranges::find(kOutputOptions, control, &OptionRow::control);
 }
 
+// Everything given at 100 %.
 void place(HWND dialog, int control, int left, int top, int width, int height) {
-    MoveWindow(GetDlgItem(dialog, control), left, top, width, height, TRUE);
+    MoveWindow(controlWindow(dialog, control), scaled(left), scaled(top), scaled(width), scaled(height), TRUE);
+}
+
+RECT scaledRect(int left, int top, int width, int height) {
+    return {scaled(left), scaled(top), scaled(left + width), scaled(top + height)};
 }
 
 void createGroup(HWND dialog, const char* title, int identity) {
     createChild(dialog, "BUTTON", title, BS_GROUPBOX | WS_VISIBLE, 0, identity);
 }
 
-void createButton(HWND dialog, const char* text, DWORD style, int identity) {
-    createChild(dialog, "BUTTON", text, style | WS_TABSTOP | WS_VISIBLE, 0, identity);
+void createButton(HWND dialog, const ButtonRow& button, std::uint32_t look) {
+    const HWND window =
+        createChild(dialog, "BUTTON", button.text, pushButtonStyle(look) | WS_TABSTOP | WS_VISIBLE, 0, button.control);
+    preparePushButton(window, look, button.control == kControlBuild ? ButtonRole::Default : ButtonRole::Ordinary);
 }
 
 void placeOptions(HWND dialog) {
-    for (const OptionPlace& at : kOptionPlaces) {
-        RECT cell{};
-        cell.left = kMargin + kFrameInset + kColumnLefts[at.column];
-        cell.top = kOutputTop + kFrameTop + at.row * kRowHeight;
-        cell.right = cell.left + at.width;
-        cell.bottom = cell.top + kControlHeight;
-        placeParameter(dialog, bind(optionRow(at.control)), cell, at.labelWidth);
-    }
+    for (const OptionPlace& at : kOptionPlaces)
+        placeParameter(dialog, bind(optionRow(at.control)),
+                       scaledRect(kMargin + kFrameInset + kColumnLefts[at.column],
+                                  kOutputTop + kFrameTop + at.row * kRowHeight, at.width, kControlHeight),
+                       scaled(at.labelWidth));
+    place(dialog, kControlDelayNote, kMargin + kFrameInset + kColumnLefts[3],
+          kOutputTop + kFrameTop + 2 * kRowHeight + 3, kNoteWidth, kControlHeight);
 }
 
-void placeFrames(HWND dialog) {
-    const int previewLeft = 2 * kMargin + kPanelWidth;
-    place(dialog, kControlPanelFrame, kMargin, kPanelTop, kPanelWidth, kPanelHeight);
-    place(dialog, kControlPreviewFrame, previewLeft, kPanelTop, kPreviewWidth, kPanelHeight);
-    place(dialog, kControlPreview, previewLeft + kFrameInset, kPanelTop + kFrameTop, kPreviewWidth - 2 * kFrameInset,
-          kPanelHeight - kFrameTop - kFrameInset);
-    place(dialog, kControlOutputFrame, kMargin, kOutputTop, kClientWidth - 2 * kMargin, kOutputHeight);
+void placePreview(HWND dialog) {
+    const int left = 2 * kMargin + kPanelWidth;
+    const int inner = left + kFrameInset;
+    const int innerWidth = kPreviewWidth - 2 * kFrameInset;
+    const int lineTop = kPanelTop + kPanelHeight - kFrameInset - kButtonHeight;
+    place(dialog, kControlPreviewFrame, left, kPanelTop, kPreviewWidth, kPanelHeight);
+    place(dialog, kControlPreview, inner, kPanelTop + kFrameTop, innerWidth, lineTop - 6 - kPanelTop - kFrameTop);
+    place(dialog, kControlPlay, inner, lineTop, kPlayWidth, kButtonHeight);
+    place(dialog, kControlSummary, inner + kPlayWidth + 8, lineTop + 6, innerWidth - kPlayWidth - 8, kControlHeight);
 }
 
 void placeButtons(HWND dialog) {
-    int left = kClientWidth - kMargin;
-    for (const int control : {kControlCancel, kControlTest, kControlBuild}) {
-        left -= kButtonWidth;
-        place(dialog, control, left, kButtonTop, kButtonWidth, kButtonHeight);
-        left -= kButtonGap;
+    int left = kMargin;
+    for (const ButtonRow& button : kLeftButtons) {
+        place(dialog, button.control, left, kButtonTop, kButtonWidth, kButtonHeight);
+        left += kButtonWidth + kButtonGap;
     }
-    place(dialog, kControlDelayNote, kMargin, kButtonTop + 6, left - kMargin, kControlHeight);
+    left = kClientWidth - kMargin - 3 * kButtonWidth - 2 * kButtonGap;
+    for (const ButtonRow& button : kRightButtons) {
+        place(dialog, button.control, left, kButtonTop, kButtonWidth, kButtonHeight);
+        left += kButtonWidth + kButtonGap;
+    }
 }
 
 void resizeToClient(HWND dialog) {
-    RECT frame{0, 0, kClientWidth, kClientHeight};
+    RECT frame = scaledRect(0, 0, kClientWidth, kClientHeight);
     AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrA(dialog, GWL_STYLE)), FALSE,
                        static_cast<DWORD>(GetWindowLongPtrA(dialog, GWL_EXSTYLE)));
     const int width = frame.right - frame.left;
@@ -119,30 +145,33 @@ void resizeToClient(HWND dialog) {
 
 } // namespace
 
-void createOutputControls(HWND dialog) {
+void createOutputControls(HWND dialog, std::uint32_t buttonLook) {
     const auto create = [dialog](int control) {
         createParameter(dialog, bind(optionRow(control)), InitialVisibility::Shown);
     };
     create(kControlEffect);
     for (const EffectRow& effect : effectRows())
-        SendDlgItemMessageA(dialog, kControlEffect, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(effect.name));
+        SendMessageA(controlWindow(dialog, kControlEffect), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(effect.name));
     createGroup(dialog, "Parameters", kControlPanelFrame);
     createPanels(dialog);
     createGroup(dialog, "Preview", kControlPreviewFrame);
     createChild(dialog, "STATIC", "", SS_OWNERDRAW | WS_VISIBLE, 0, kControlPreview);
+    createButton(dialog, {kControlPlay, "&Play"}, buttonLook);
+    createChild(dialog, "STATIC", "", SS_LEFT | SS_NOPREFIX | WS_VISIBLE, 0, kControlSummary);
     createGroup(dialog, "Output", kControlOutputFrame);
     for (const OptionPlace& at : kOptionPlaces)
         create(at.control);
     createChild(dialog, "STATIC", "* The indicated effects should use a delay of 1 for GIF animations.",
                 SS_LEFT | WS_VISIBLE, 0, kControlDelayNote);
-    createButton(dialog, "Build", BS_DEFPUSHBUTTON, kControlBuild);
-    createButton(dialog, "&Test", BS_PUSHBUTTON, kControlTest);
-    createButton(dialog, "Cancel", BS_PUSHBUTTON, kControlCancel);
+    for (const ButtonRow& button : kLeftButtons)
+        createButton(dialog, button, buttonLook);
+    for (const ButtonRow& button : kRightButtons)
+        createButton(dialog, button, buttonLook);
 }
 
 void fillOutputControls(HWND dialog) {
     for (const OptionRow& option : kOutputOptions)
-        fillParameter(dialog, bind(option));
+        fillParameter(dialog, bind(option), pluginSettings());
 }
 
 void saveOutputControls(HWND dialog) {
@@ -152,32 +181,40 @@ void saveOutputControls(HWND dialog) {
 
 void layOutMainDialog(HWND dialog) {
     resizeToClient(dialog);
-    placeParameter(dialog, bind(optionRow(kControlEffect)),
-                   {kMargin, kMargin, kMargin + kEffectWidth, kMargin + kControlHeight}, kEffectLabelWidth);
-    placeFrames(dialog);
-    placePanels(dialog, {kMargin + kFrameInset, kPanelTop + kFrameTop, kMargin + kPanelWidth - kFrameInset,
-                         kPanelTop + kPanelHeight - kFrameInset});
+    placeParameter(dialog, bind(optionRow(kControlEffect)), scaledRect(kMargin, kMargin, kEffectWidth, kControlHeight),
+                   scaled(kEffectLabelWidth));
+    place(dialog, kControlPanelFrame, kMargin, kPanelTop, kPanelWidth, kPanelHeight);
+    placePanels(dialog, scaledRect(kMargin + kFrameInset, kPanelTop + kFrameTop, kPanelWidth - 2 * kFrameInset,
+                                   kPanelHeight - kFrameTop - kFrameInset));
+    placePreview(dialog);
+    place(dialog, kControlOutputFrame, kMargin, kOutputTop, kClientWidth - 2 * kMargin, kOutputHeight);
     placeOptions(dialog);
     placeButtons(dialog);
 }
 
-void refreshEnabling(HWND dialog) {
-    const auto enable = [dialog](int control, bool enabled) { EnableWindow(GetDlgItem(dialog, control), enabled); };
+void OutputEnabling::apply(HWND dialog, int control, bool enabled) {
+    const auto known = applied_.find(control);
+    if (known == applied_.end() || known->second != enabled)
+        EnableWindow(controlWindow(dialog, control), enabled);
+    applied_[control] = enabled;
+}
+
+void OutputEnabling::refresh(HWND dialog) {
     const bool alpha = isChecked(dialog, kControlAlpha);
     const bool palette = !alpha && !isChecked(dialog, kControlTrueColour);
     const bool whole = palette && !isChecked(dialog, kControlSupercompress);
-    enable(kControlTrueColour, !alpha);
-    enable(kControlAlphaBackground, alpha);
-    enable(kControlCustomPalette, palette);
-    enable(kControlPalette, palette && !isChecked(dialog, kControlCustomPalette));
-    enable(kControlDither, palette);
-    enable(kControlSupercompress, palette);
-    enable(kControlMaskBackground, whole);
-    enable(kControlTransparent, whole);
+    apply(dialog, kControlTrueColour, !alpha);
+    apply(dialog, kControlAlphaBackground, alpha);
+    apply(dialog, kControlCustomPalette, palette);
+    apply(dialog, kControlPalette, palette && !isChecked(dialog, kControlCustomPalette));
+    apply(dialog, kControlDither, palette);
+    apply(dialog, kControlSupercompress, palette);
+    apply(dialog, kControlMaskBackground, whole);
+    apply(dialog, kControlTransparent, whole);
 }
 
 int selectedEffect(HWND dialog) {
-    return static_cast<int>(SendDlgItemMessageA(dialog, kControlEffect, CB_GETCURSEL, 0, 0));
+    return static_cast<int>(SendMessageA(controlWindow(dialog, kControlEffect), CB_GETCURSEL, 0, 0));
 }
 
 } // namespace veldran

@@ -1,14 +1,26 @@
 // The parameter panels of all instruments, made from their tables. All are created together; one is shown.
 #pragma once
 
-#include <windows.h>
+#include "ui/parameter_control.h"
+
+#include <optional>
+#include <span>
 
 namespace veldran {
+
+// The parameters of an effect's row with the identities of their controls.
+std::span<const BoundParameter> panelOf(int effect);
+
+// The parameter whose control, or whose play button, has this identity.
+std::optional<BoundParameter> parameterOfControl(int control);
 
 void createPanels(HWND dialog);
 // Lays every panel out in the same area, in two columns.
 void placePanels(HWND dialog, const RECT& area);
 void fillPanels(HWND dialog);
 void savePanels(HWND dialog);
+
+// Sets the parameters of one effect back to their built-in defaults.
+void resetPanel(HWND dialog, int effect, std::uint32_t hostFlags);
 
 } // namespace veldran

@@ -1,5 +1,7 @@
-// Heights are in pixels.
+// Heights are in pixels at 100 % text size.
 #include "ui/plugin_fonts.h"
+
+#include "ui/text_scale.h"
 
 namespace veldran {
 namespace {
@@ -15,13 +17,14 @@ Font createFont(const char* face, int height) {
 
 } // namespace
 
-PluginFonts createPluginFonts() {
-    return {createFont("Arial", kNormalHeight), createFont("MS Sans Serif", kNormalHeight),
-            createFont("Arial", kSmallHeight)};
+CurrentFonts::CurrentFonts()
+    : fonts_{createFont("Arial", scaled(kNormalHeight)), createFont("MS Sans Serif", scaled(kNormalHeight)),
+             createFont("Arial", scaled(kSmallHeight))} {
+    current = &fonts_;
 }
 
-void setCurrentFonts(const PluginFonts* fonts) {
-    current = fonts;
+CurrentFonts::~CurrentFonts() {
+    current = nullptr;
 }
 
 const PluginFonts* currentFonts() {

@@ -11,11 +11,20 @@ struct PluginFonts {
     Font smallFont;
 };
 
-// Makes the fonts; a font that cannot be made is empty, and controls then keep the system's.
-PluginFonts createPluginFonts();
-
 // The fonts that dialogs use; null outside of an invocation.
-void setCurrentFonts(const PluginFonts* fonts);
 const PluginFonts* currentFonts();
+
+// Makes the fonts at the current text size and lets dialogs use them for the scope's life. A font that cannot be made
+// is empty, and controls then keep the system's.
+class CurrentFonts {
+public:
+    CurrentFonts();
+    CurrentFonts(const CurrentFonts&) = delete;
+    CurrentFonts& operator=(const CurrentFonts&) = delete;
+    ~CurrentFonts();
+
+private:
+    PluginFonts fonts_;
+};
 
 } // namespace veldran

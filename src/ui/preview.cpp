@@ -1,63 +1,190 @@
-// The frame comes from the instrument's own preview entry.
+// The still picture comes from the instrument's preview entry, the moving one from the frames that a build would make.
 #include "ui/preview.h"
 
 #include "base/gdi.h"
-#include "instruments/effect_registry.h"
+#include "instruments/frame_loop.h"
+#include "render/blend.h"
 #include "render/frame_image.h"
+#include "settings/control_index.h"
 #include "settings/output_options.h"
+#include "ui/panel.h"
 #include "ui/plugin_fonts.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace veldran {
 namespace {
+
+constexpr unsigned kShortestDelay = 10; // milliseconds; timers are no finer
+
+BuildContext contextFor(HWND dialog, HostParams* host) {
+    BuildContext context{};
+    context.dialog = dialog;
+    context.host = host;
+    return context;
+}
+
+// The first file that the effect's parameters name and that is not there; empty when all are.
+std::string missingFile(HWND dialog, int effect) {
+    for (const BoundParameter& parameter : panelOf(effect)) {
+        const ParameterKind kind = parameter.row->kind;
+        if (kind != ParameterKind::Sound && kind != ParameterKind::PlayableSound && kind != ParameterKind::TextFile &&
+            kind != ParameterKind::ImageFile)
+            continue;
+        char path[kTextLimit + 1] = "";
+        GetWindowTextA(controlWindow(dialog, parameter.control), path, static_cast<int>(sizeof path));
+        const DWORD attributes = GetFileAttributesA(path);
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+            return path;
+    }
+    return {};
+}
 
 void drawMessage(const DRAWITEMSTRUCT& item, const std::string& message) {
     const PluginFonts* fonts = currentFonts();
     const Selected font(item.hDC, fonts != nullptr ? fonts->labelFont.get() : nullptr);
     const TextStyle style(item.hDC, GetSysColor(COLOR_GRAYTEXT));
+    RECT text = item.rcItem;
+    constexpr UINT kFormat = DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_EDITCONTROL;
+    const int height = DrawTextA(item.hDC, message.c_str(), -1, &text, kFormat | DT_CALCRECT);
     RECT box = item.rcItem;
-    DrawTextA(item.hDC, message.c_str(), -1, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    box.top += std::max<LONG>(0, (box.bottom - box.top - height) / 2);
+    DrawTextA(item.hDC, message.c_str(), -1, &box, kFormat);
 }
 
-void drawImage(const DRAWITEMSTRUCT& item, const LockedBlock& block, const ImageView& view) {
+// Draws the picture in the middle and fills what it leaves free, so that nothing is painted twice while it plays.
+void drawImage(const DRAWITEMSTRUCT& item, HGLOBAL image, const ImageView& view) {
+    const LockedBlock block(image);
     const int areaWidth = item.rcItem.right - item.rcItem.left;
     const int areaHeight = item.rcItem.bottom - item.rcItem.top;
     const double fit = std::min({1.0, double(areaWidth) / view.width, double(areaHeight) / view.height});
     const int width = static_cast<int>(view.width * fit);
     const int height = static_cast<int>(view.height * fit);
-    SetStretchBltMode(item.hDC, HALFTONE);
-    StretchDIBits(item.hDC, item.rcItem.left + (areaWidth - width) / 2, item.rcItem.top + (areaHeight - height) / 2,
-                  width, height, 0, 0, view.width, view.height,
+    const int left = item.rcItem.left + (areaWidth - width) / 2;
+    const int top = item.rcItem.top + (areaHeight - height) / 2;
+    const int stretchMode = SetStretchBltMode(item.hDC, HALFTONE);
+    SetBrushOrgEx(item.hDC, 0, 0, nullptr); // what the mode asks for
+    StretchDIBits(item.hDC, left, top, width, height, 0, 0, view.width, view.height,
                   block.data() + sizeof(BitmapHeader) + colourTableBytes(view.bits),
                   reinterpret_cast<const BITMAPINFO*>(block.data()), DIB_RGB_COLORS, SRCCOPY);
+    ExcludeClipRect(item.hDC, left, top, left + width, top + height);
+    FillRect(item.hDC, &item.rcItem, GetSysColorBrush(COLOR_BTNFACE));
+    SelectClipRgn(item.hDC, nullptr);
+    SetStretchBltMode(item.hDC, stretchMode);
+}
+
+// The picture over a checkerboard, as a picture without alpha.
+GlobalBlock overCheckerboard(HGLOBAL image) {
+    const LockedImage source(image);
+    GlobalBlock flat = createImage(source.view().width, source.view().height, 24);
+    if (const LockedImage target(flat.get()); target)
+        blendOverCheckerboard(source.view(), target.view());
+    return flat;
 }
 
 } // namespace
 
+Preview::Preview() = default;
+Preview::~Preview() = default;
+
 void Preview::render(HWND dialog, HostParams* host, int effect) {
+    stop();
     const EffectDescriptor& descriptor = effectDescriptor(effect);
     image_.reset();
-    message_ = "This instrument cannot be drawn yet.";
-    if (descriptor.preview != nullptr) {
-        BuildContext context{};
-        context.dialog = dialog;
-        context.host = host;
+    if (descriptor.preview == nullptr) {
+        message_ = "This instrument cannot be drawn yet.";
+    } else {
+        BuildContext context = contextFor(dialog, host);
         const bool rendered = descriptor.preview(&context) != 0;
         image_.reset(context.previewImage);
-        message_ = rendered ? "" : "The preview cannot be drawn.";
+        const std::string missing = rendered ? std::string() : missingFile(dialog, effect);
+        message_ = missing.empty() ? "The preview cannot be drawn." : "There is no file\n" + missing;
     }
-    InvalidateRect(GetDlgItem(dialog, kControlPreview), nullptr, TRUE);
+    summarize(dialog, host, effect);
+    InvalidateRect(controlWindow(dialog, kControlPreview), nullptr, FALSE);
+}
+
+void Preview::summarize(HWND dialog, HostParams* host, int effect) {
+    summary_.clear();
+    const EffectDescriptor& descriptor = effectDescriptor(effect);
+    const std::unique_ptr<FrameSequence> sequence = descriptor.open != nullptr ? descriptor.open(dialog) : nullptr;
+    const LockedImage image(image_.get());
+    if (sequence == nullptr || !image)
+        return;
+    double units = 0;
+    for (int i = 0; i < sequence->frames(); ++i)
+        units += sequence->delay(i);
+    const double unitsPerSecond = host != nullptr && (host->flags & kDelayInHundredths) != 0 ? 100 : 1000;
+    char text[96];
+    std::snprintf(text, sizeof text, "%d frames, %d x %d pixels, %.2f s", sequence->frames(), image.view().width,
+                  image.view().height, units / unitsPerSecond);
+    summary_ = text;
+}
+
+bool Preview::play(HWND dialog, HostParams* host, int effect) {
+    stop();
+    const EffectDescriptor& descriptor = effectDescriptor(effect);
+    sequence_ = descriptor.open != nullptr ? descriptor.open(dialog) : nullptr;
+    frame_ = 0;
+    if (sequence_ == nullptr || !showFrame(dialog, host)) {
+        stop();
+        return false;
+    }
+    due_ = GetTickCount64() + delayOf(host, 0);
+    return true;
+}
+
+void Preview::stop() {
+    sequence_.reset();
+    mask_.reset();
+}
+
+unsigned Preview::advance(HWND dialog, HostParams* host) {
+    if (!isPlaying())
+        return 0;
+    const ULONGLONG now = GetTickCount64();
+    // Frames that are late are left out, so that playing keeps its time; one turn of them at most.
+    for (int skipped = 0; due_ <= now && skipped < sequence_->frames(); ++skipped) {
+        frame_ = (frame_ + 1) % sequence_->frames();
+        due_ += delayOf(host, frame_);
+    }
+    due_ = std::max(due_, now);
+    if (!showFrame(dialog, host)) {
+        stop();
+        return 0;
+    }
+    const ULONGLONG after = GetTickCount64();
+    return due_ > after + kShortestDelay ? static_cast<unsigned>(due_ - after) : kShortestDelay;
+}
+
+unsigned Preview::delayOf(const HostParams* host, int index) const {
+    const bool hundredths = host != nullptr && (host->flags & kDelayInHundredths) != 0;
+    return std::max(sequence_->delay(index) * (hundredths ? 10u : 1u), kShortestDelay);
+}
+
+bool Preview::showFrame(HWND dialog, HostParams* host) {
+    BuildContext context = contextFor(dialog, host);
+    context.mask = mask_.release();
+    GlobalBlock frame = renderWithAlpha(context, *sequence_, frame_);
+    mask_.reset(context.mask);
+    if (!frame)
+        return false;
+    image_ = std::move(frame);
+    InvalidateRect(controlWindow(dialog, kControlPreview), nullptr, FALSE);
+    return true;
 }
 
 void Preview::draw(const DRAWITEMSTRUCT& item) const {
-    FillRect(item.hDC, &item.rcItem, GetSysColorBrush(COLOR_BTNFACE));
-    const LockedBlock block(image_.get());
-    const std::optional<ImageView> view = block ? viewPackedBitmap(block.bytes()) : std::nullopt;
-    if (view)
-        drawImage(item, block, *view);
-    else
+    const LockedImage image(image_.get());
+    if (!image) {
+        FillRect(item.hDC, &item.rcItem, GetSysColorBrush(COLOR_BTNFACE));
         drawMessage(item, message_);
+    } else if (image.view().bits != 32) {
+        drawImage(item, image_.get(), image.view());
+    } else if (const GlobalBlock flat = overCheckerboard(image_.get())) {
+        drawImage(item, flat.get(), LockedImage(flat.get()).view());
+    }
 }
 
 } // namespace veldran

@@ -71,8 +71,8 @@ TEST_F(PluginFile, ExportsTheTwoEntriesAndNothingElse) {
 }
 
 TEST_F(PluginFile, ImportsWhatEveryWindowsHas) {
-    const std::set<std::string> system = {"advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll",
-                                          "msvcrt.dll",   "ole32.dll",    "shell32.dll",  "user32.dll"};
+    const std::set<std::string> system = {"advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll",  "kernel32.dll",
+                                          "msvcrt.dll",   "ole32.dll",    "shell32.dll",  "user32.dll", "winmm.dll"};
     int count = 0;
     for (std::size_t offset = offsetOf(directory(IMAGE_DIRECTORY_ENTRY_IMPORT));;
          offset += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {

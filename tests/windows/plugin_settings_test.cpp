@@ -56,7 +56,7 @@ TEST(Settings, FileIsWrittenAfterCancelInFolderAndAll) {
     const Recording seen = cancelled(std::nullopt);
     EXPECT_EQ(seen.result, 1);
     EXPECT_TRUE(seen.messages.empty());
-    EXPECT_EQ(seen.folder, Texts{"VELDRAN1.INI"}); // no temporary file beside it
+    EXPECT_EQ(seen.folder, (Texts{"VELDRAN1.INI", "VELDRAN1.MRK"})); // no temporary file beside it
     const Texts lines = linesOf(seen.settingsFile);
     ASSERT_EQ(lines.size(), kHeaderLines + kRows);
     EXPECT_EQ(lines[0], ";Korvel animtion plugin configuration file");
@@ -200,7 +200,8 @@ TEST(Settings, AFileThatCannotBeReplacedStaysAsItWas) {
     const std::string folder = specialFolder(CSIDL_APPDATA) + "\\Korvel";
     const Step obstruct = [&](HWND dialog) {
         setText(dialog, kDelay, "33");
-        EXPECT_TRUE(CreateDirectoryA((folder + "\\VELDRAN1.TMP").c_str(), nullptr)); // where the new file is begun
+        const std::string begun = folder + "\\VELDRAN1.INI." + std::to_string(GetCurrentProcessId());
+        EXPECT_TRUE(CreateDirectoryA(begun.c_str(), nullptr)); // where the new file would be begun
     };
     const Recording seen = cancelled("MainDelay = 9\r\n", {obstruct});
     EXPECT_EQ(seen.result, 1);

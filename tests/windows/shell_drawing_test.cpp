@@ -1,6 +1,7 @@
 // The shell's drawing parts, called directly: canvases, refusals, dialogs' controls.
 // Small odd sizes, and every pixel looked at.
 #include "base/module.h"
+#include "instruments/effect_list.h"
 #include "instruments/effect_registry.h"
 #include "object_count.h"
 #include "render/canvas.h"
@@ -132,6 +133,20 @@ TEST_F(ScratchDialog, OnlyTheChosenInstrumentIsShown) {
     EXPECT_EQ(shown(), radar);
     showInstrumentControls(dialog, -1);
     EXPECT_EQ(shown(), others);
+}
+
+// What the effect list calls ready is what the registry can draw.
+TEST(Registry, ReadyEffectsHaveAllTheirEntries) {
+    for (std::size_t row = 0; row < EffectRegistry().size(); ++row) {
+        const EffectDescriptor& effect = EffectRegistry()[row];
+        const bool ready = effectRows()[row].state == EffectState::Ready;
+        EXPECT_STREQ(effect.name, effectRows()[row].name);
+        EXPECT_EQ(effect.preview != nullptr, ready) << effect.name;
+        EXPECT_EQ(effect.build != nullptr, ready) << effect.name;
+        EXPECT_EQ(effect.background != nullptr, ready) << effect.name;
+        EXPECT_EQ(effect.open != nullptr, ready) << effect.name;
+        EXPECT_EQ(*effect.controls != 0, !effectRows()[row].parameters.empty()) << effect.name;
+    }
 }
 
 } // namespace

@@ -1,0 +1,315 @@
+// The advanced dialog as a person uses it: opened for real and driven from a timer inside its modal loop. Also push
+// buttons of every look, and what the host is asked when help is wanted.
+#include "base/module.h"
+#include "object_count.h"
+#include "settings/settings_store.h"
+#include "ui/advanced_dialog.h"
+#include "ui/help.h"
+#include "ui/push_button.h"
+#include "ui/text_scale.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+
+#include <commctrl.h>
+
+namespace veldran {
+namespace {
+
+using Script = std::function<void(HWND dialog)>;
+
+const Script* currentScript = nullptr;
+std::string askedDocument;
+std::intptr_t hostAnswer = 1;
+
+std::intptr_t PLUGIN16_CALL answerHost(HostTaskInfo*, std::uint32_t command, std::uintptr_t, std::intptr_t lParam) {
+    if (command == kHostShowHelp)
+        askedDocument = reinterpret_cast<const char*>(lParam);
+    return hostAnswer;
+}
+
+BOOL CALLBACK findDialog(HWND window, LPARAM found) {
+    char name[16] = "";
+    GetClassNameA(window, name, static_cast<int>(sizeof name));
+    if (lstrcmpA(name, "#32770") == 0)
+        *reinterpret_cast<HWND*>(found) = window;
+    return TRUE;
+}
+
+HWND openDialog() {
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), findDialog, reinterpret_cast<LPARAM>(&dialog));
+    return dialog;
+}
+
+void CALLBACK runScript(HWND, UINT, UINT_PTR timer, DWORD) {
+    const HWND dialog = openDialog();
+    if (dialog == nullptr)
+        return;
+    KillTimer(nullptr, timer);
+    (*currentScript)(dialog);
+    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); // not received once the script has closed the dialog
+}
+
+std::string textOf(HWND window) {
+    char text[400] = "";
+    GetWindowTextA(window, text, static_cast<int>(sizeof text));
+    return text;
+}
+
+// The control that follows the label with this text, as a person finds it; an "&" in the label does not count.
+HWND behindLabel(HWND dialog, const std::string& label) {
+    for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        std::string text = textOf(child);
+        std::erase(text, '&');
+        if (text == label)
+            return GetWindow(child, GW_HWNDNEXT);
+    }
+    return nullptr;
+}
+
+class Advanced : public testing::Test {
+protected:
+    void SetUp() override {
+        setModuleInstance(GetModuleHandleA(nullptr));
+        InitCommonControls();
+        forceTextSize(100);
+        pluginSettings().reset();
+        host_.message = answerHost;
+        askedDocument.clear();
+        hostAnswer = 1;
+    }
+    void TearDown() override { forceTextSize(0); }
+
+    bool drive(const Script& script) {
+        currentScript = &script;
+        SetTimer(nullptr, 0, 1, runScript);
+        return runAdvancedDialog(nullptr, &host_);
+    }
+
+    HostParams host_{};
+};
+
+constexpr Setting kNumber = Setting::DigitalVUEtchHighlight; // 100 to 400
+
+TEST_F(Advanced, OkClampsWhatWasTyped) {
+    const struct {
+        const char* label;
+        const char* typed;
+        Setting setting;
+        std::uint32_t stored;
+    } cases[] = {
+        {"VU etch highlight:", "500", Setting::DigitalVUEtchHighlight, 400},
+        {"VU etch shadow:", "", Setting::DigitalVUEtchShadow, 1},
+        {"VU interchannel space:", "256", Setting::AdvancedDigitalVUInterchannelHorizontal, 256},
+        {"Radar marker font size:", "3", Setting::AdvancedRadarMarkerFontSize, 4},
+        {"Altimeter sample altitude:", "25001", Setting::AdvancedAltimeterSampleAltitude, 25000},
+        {"Altimeter barometric pressure:", "4294967295", Setting::AdvancedAltimeterBarometricPressure, 400},
+    };
+    EXPECT_TRUE(drive([&](HWND dialog) {
+        for (const auto& c : cases)
+            SetWindowTextA(behindLabel(dialog, c.label), c.typed);
+        SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+    }));
+    for (const auto& c : cases)
+        EXPECT_EQ(pluginSettings().number(c.setting), c.stored) << c.label;
+    EXPECT_EQ(pluginSettings().number(Setting::DigitalVURedRange), 220u); // untouched: its first value
+}
+
+TEST_F(Advanced, CancelKeepsEverything) {
+    EXPECT_FALSE(drive([](HWND dialog) {
+        SetWindowTextA(behindLabel(dialog, "VU etch highlight:"), "300");
+        SetWindowTextA(behindLabel(dialog, "Left label:"), "changed");
+        SendMessageA(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
+    }));
+    EXPECT_EQ(pluginSettings().number(kNumber), 266u);
+    EXPECT_EQ(pluginSettings().text(Setting::LabelLeft), "LEFT");
+}
+
+TEST_F(Advanced, TextsAreLimited) {
+    EXPECT_TRUE(drive([](HWND dialog) {
+        SetWindowTextA(behindLabel(dialog, "Mono label:"), "one & only");
+        const HWND left = behindLabel(dialog, "Left label:");
+        EXPECT_EQ(SendMessageA(left, EM_GETLIMITTEXT, 0, 0), 260);
+        SetWindowTextA(left, std::string(300, 'x').c_str()); // a program is not held by the limit
+        CheckDlgButton(dialog, GetDlgCtrlID(behindLabel(dialog, "Font:")) + 1, BST_UNCHECKED);
+        SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+    }));
+    EXPECT_EQ(pluginSettings().text(Setting::AdvancedLabelMono), "one & only");
+    EXPECT_EQ(pluginSettings().text(Setting::LabelLeft), std::string(259, 'x'));
+    EXPECT_EQ(pluginSettings().number(Setting::InstrumentFontBold), 0u);
+}
+
+TEST_F(Advanced, FontListShowsFamiliesInOrderAndKeepsAMissingFont) {
+    pluginSettings().setText(Setting::InstrumentFontName, "No Such Face");
+    std::vector<std::string> names;
+    EXPECT_TRUE(drive([&](HWND dialog) {
+        const HWND list = behindLabel(dialog, "Font:");
+        EXPECT_EQ(SendMessageA(list, CB_GETCURSEL, 0, 0), CB_ERR);
+        for (LRESULT i = 0; i < SendMessageA(list, CB_GETCOUNT, 0, 0); ++i) {
+            char name[LF_FACESIZE * 4] = "";
+            SendMessageA(list, CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(name));
+            names.emplace_back(name);
+        }
+        SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+    }));
+    EXPECT_EQ(pluginSettings().text(Setting::InstrumentFontName), "No Such Face");
+    ASSERT_GE(names.size(), 2u);
+    for (std::size_t i = 1; i < names.size(); ++i)
+        EXPECT_LE(lstrcmpiA(names[i - 1].c_str(), names[i].c_str()), 0) << names[i];
+
+    std::string shortened = names[1].substr(0, 3); // in capitals: case does not count
+    CharUpperBuffA(shortened.data(), static_cast<DWORD>(shortened.size()));
+    pluginSettings().setText(Setting::InstrumentFontName, shortened);
+    drive([&](HWND dialog) {
+        const std::string shown = textOf(behindLabel(dialog, "Font:"));
+        EXPECT_EQ(lstrcmpiA(shown.substr(0, 3).c_str(), shortened.c_str()), 0) << shown;
+    });
+}
+
+TEST_F(Advanced, LabelsFitAtEveryTextSize) {
+    for (const int percent : {100, 150, 200}) {
+        forceTextSize(percent);
+        drive([&](HWND dialog) {
+            std::set<char> mnemonics;
+            RECT client{};
+            GetClientRect(dialog, &client);
+            for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+                char name[16] = "";
+                GetClassNameA(child, name, static_cast<int>(sizeof name));
+                const std::string text = textOf(child);
+                RECT box{};
+                GetWindowRect(child, &box);
+                MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&box), 2);
+                EXPECT_TRUE(box.left >= 0 && box.right <= client.right) << percent << text;
+                if (const std::size_t at = text.find('&'); at != std::string::npos) {
+                    EXPECT_TRUE(mnemonics.insert(static_cast<char>(text[at + 1] | 0x20)).second) << text;
+                }
+                if (lstrcmpiA(name, "STATIC") != 0)
+                    continue;
+                const HDC dc = GetDC(child);
+                const HGDIOBJ old = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageA(child, WM_GETFONT, 0, 0)));
+                RECT needed{};
+                DrawTextA(dc, text.c_str(), -1, &needed, DT_CALCRECT | DT_SINGLELINE);
+                SelectObject(dc, old);
+                ReleaseDC(child, dc);
+                EXPECT_LE(needed.right, box.right - box.left) << percent << text;
+            }
+        });
+    }
+}
+
+TEST_F(Advanced, EnterPressesTheFocusedDrawnButton) {
+    for (const std::uint32_t look : {0u, 1u, 2u, 3u, 4u}) {
+        host_.buttonStyle = look;
+        const auto defaults = [](HWND dialog) {
+            std::set<int> found;
+            for (const int id : {IDOK, IDCANCEL, 9})
+                if (SendDlgItemMessageA(dialog, id, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON)
+                    found.insert(id);
+            return found;
+        };
+        const bool accepted = drive([&](HWND dialog) {
+            EXPECT_EQ(defaults(dialog), std::set<int>{IDOK}) << look;
+            const HWND cancel = GetDlgItem(dialog, IDCANCEL);
+            SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(cancel), TRUE);
+            EXPECT_EQ(defaults(dialog), std::set<int>{IDCANCEL}) << look;
+            MSG enter{cancel, WM_KEYDOWN, VK_RETURN, 1, 0, {}};
+            IsDialogMessageA(dialog, &enter);
+        });
+        EXPECT_FALSE(accepted) << look;
+        EXPECT_TRUE(drive([](HWND dialog) {
+            MSG enter{GetFocus(), WM_KEYDOWN, VK_RETURN, 1, 0, {}};
+            IsDialogMessageA(dialog, &enter);
+        })) << look;
+    }
+}
+
+TEST_F(Advanced, OpeningsLeaveNothingBehind) {
+    host_.buttonStyle = 3;
+    const auto open = [this] { drive([](HWND dialog) { RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW); }); };
+    open();
+    const int drawn = object_count::drawingObjects();
+    const int windows = object_count::userObjects();
+    for (int i = 0; i < 50; ++i)
+        open();
+    EXPECT_LE(object_count::drawingObjects(), drawn);
+    EXPECT_LE(object_count::userObjects(), windows);
+}
+
+// A button's picture in a state, by its colours.
+std::map<COLORREF, int> coloursOf(HWND button, std::uint32_t look, UINT state, bool isDefault) {
+    constexpr RECT kBox{0, 0, 60, 24};
+    const HDC screen = GetDC(nullptr);
+    const HDC dc = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateBitmap(kBox.right, kBox.bottom, 1, 32, nullptr);
+    const HGDIOBJ old = SelectObject(dc, bitmap);
+    DRAWITEMSTRUCT item{};
+    item.CtlType = ODT_BUTTON;
+    item.hwndItem = button;
+    item.hDC = dc;
+    item.rcItem = kBox;
+    item.itemState = state;
+    drawPushButton(item, look, isDefault);
+    std::map<COLORREF, int> colours;
+    for (int y = 0; y < kBox.bottom; ++y)
+        for (int x = 0; x < kBox.right; ++x)
+            ++colours[GetPixel(dc, x, y)];
+    SelectObject(dc, old);
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    ReleaseDC(nullptr, screen);
+    return colours;
+}
+
+TEST_F(Advanced, EveryLookShowsEveryState) {
+    const HWND button = CreateWindowA("BUTTON", "&OK", WS_POPUP | BS_OWNERDRAW, 0, 0, 60, 24, nullptr, nullptr,
+                                      moduleInstance(), nullptr);
+    std::set<std::map<COLORREF, int>> pictures;
+    for (const std::uint32_t look : {1u, 2u, 3u, 4u}) {
+        EXPECT_EQ(pushButtonStyle(look), static_cast<DWORD>(BS_OWNERDRAW));
+        for (const UINT state : {0u, UINT{ODS_SELECTED}, UINT{ODS_DISABLED}, UINT{ODS_FOCUS}})
+            EXPECT_TRUE(pictures.insert(coloursOf(button, look, state, false)).second) << look << ' ' << state;
+        EXPECT_TRUE(pictures.insert(coloursOf(button, look, 0, true)).second) << look << " default";
+    }
+    EXPECT_EQ(coloursOf(button, 5, 0, false), coloursOf(button, 0xFFFFFFFF, 0, false));
+    EXPECT_EQ(pushButtonStyle(0), static_cast<DWORD>(BS_PUSHBUTTON));
+    DestroyWindow(button);
+}
+
+TEST_F(Advanced, HelpAsksTheHost) {
+    const std::string longTopic(300, 't');
+    const struct {
+        const char* topic;
+        std::string document;
+    } cases[] = {{nullptr, "VELDRap1.HTML"},
+                 {"", "VELDRap1.HTML"},
+                 {"RADAR", "VELDRap1.HTML#RADAR"},
+                 {longTopic.c_str(), "VELDRap1.HTML#" + std::string(246, 't')}}; // 260 in all
+    for (const auto& c : cases) {
+        showHelp(nullptr, &host_, c.topic);
+        EXPECT_EQ(askedDocument, c.document);
+    }
+    drive([](HWND dialog) { SendMessageA(GetDlgItem(dialog, 9), BM_CLICK, 0, 0); });
+    EXPECT_EQ(askedDocument, "VELDRap1.HTML#ADVANCED");
+}
+
+TEST_F(Advanced, HelpSaysWhenTheHostCannotShowIt) {
+    hostAnswer = 0;
+    HostParams deaf{};
+    for (HostParams* host : {&host_, &deaf, static_cast<HostParams*>(nullptr)}) {
+        std::string said;
+        const Script read = [&said](HWND message) { said = textOf(GetDlgItem(message, 20)); };
+        currentScript = &read;
+        SetTimer(nullptr, 0, 1, runScript);
+        showHelp(nullptr, host, "RADAR");
+        EXPECT_EQ(said, "There has been an error displaying the Help document.");
+    }
+}
+
+} // namespace
+} // namespace veldran

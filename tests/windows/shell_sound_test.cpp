@@ -1,0 +1,356 @@
+// Sounds from file to loudspeaker: which files are read, what playing does with and without a device, and what the path
+// control and its choosers show. Files are written into a temporary folder of the test's own.
+#include "base/gdi.h"
+#include "base/module.h"
+#include "host/message_box.h"
+#include "object_count.h"
+#include "sound/wave_file.h"
+#include "sound/wave_player.h"
+#include "ui/path_control.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include <dlgs.h>
+
+namespace {
+
+using namespace veldran;
+
+std::string little(std::uint32_t value, int bytes) {
+    std::string text;
+    for (int i = 0; i < bytes; ++i)
+        text += static_cast<char>(value >> (8 * i));
+    return text;
+}
+
+// A chunk with its padding.
+std::string chunk(const std::string& name, const std::string& body) {
+    return name + little(static_cast<std::uint32_t>(body.size()), 4) + body + (body.size() % 2 != 0 ? "!" : "");
+}
+
+std::string riff(const std::string& chunks, const std::string& form = "WAVE") {
+    return chunk("RIFF", form + chunks);
+}
+
+std::string formatBody(std::uint16_t tag, std::uint16_t channels = 1, std::uint32_t rate = 8000) {
+    return little(tag, 2) + little(channels, 2) + little(rate, 4) + little(rate * channels, 4) + little(channels, 2) +
+           little(8, 2);
+}
+
+// Unsigned bytes of silence at 8 kHz.
+std::string silence(std::size_t samples) {
+    return riff(chunk("fmt ", formatBody(1)) + chunk("data", std::string(samples, '\x80')));
+}
+
+constexpr int kPathControl = 100;
+constexpr int kPlayButton = 101;
+
+class Sound : public testing::Test {
+protected:
+    void SetUp() override {
+        setModuleInstance(GetModuleHandleA(nullptr));
+        char temporary[MAX_PATH] = "";
+        GetTempPathA(MAX_PATH, temporary);
+        folder_ = std::string(temporary) + "sound test & more\\";
+        CreateDirectoryA(folder_.c_str(), nullptr);
+        window_ = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 300, 100, nullptr, nullptr, nullptr, nullptr);
+        child(kPathControl, "");
+        child(kPlayButton, "Play");
+    }
+    void TearDown() override {
+        DestroyWindow(window_);
+        DeleteFileA((folder_ + "a.wav").c_str());
+        EXPECT_TRUE(RemoveDirectoryA(folder_.c_str())) << "a file is still there, or open";
+    }
+
+    void child(INT_PTR identity, const char* text) const {
+        CreateWindowExA(0, "BUTTON", text, WS_CHILD, 0, 0, 150, 21, window_, reinterpret_cast<HMENU>(identity), nullptr,
+                        nullptr);
+    }
+
+    std::string write(const std::string& bytes, const std::string& name = "a.wav") const {
+        std::ofstream(folder_ + name, std::ios::binary) << bytes;
+        return folder_ + name;
+    }
+
+    std::string textOf(int control) const {
+        char text[300] = "";
+        GetDlgItemTextA(window_, control, text, static_cast<int>(sizeof text));
+        return text;
+    }
+
+    std::string folder_;
+    HWND window_ = nullptr;
+};
+
+TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
+    const std::string pcm = chunk("fmt ", formatBody(1, 2, 44100));
+    const std::string samples = chunk("data", "abcdefg");
+    const std::string odd = chunk("LIST", "odd");
+    const struct {
+        const char* what;
+        std::string bytes;
+        int dataBytes; // -1: refused
+        int bits;
+    } cases[] = {
+        {"plain", riff(pcm + samples), 7, 8},
+        {"odd chunks between", riff(odd + pcm + odd + samples), 7, 8},
+        {"fourteen bytes of format", riff(chunk("fmt ", formatBody(1).substr(0, 14)) + samples), 7, 0},
+        {"eighteen bytes of format", riff(chunk("fmt ", formatBody(1) + little(0, 2)) + samples), 7, 8},
+        {"no samples", riff(pcm + chunk("data", "")), 0, 8},
+        {"extensible", riff(chunk("fmt ", formatBody(0xFFFE) + std::string(24, '\0')) + samples), -1, 0},
+        {"float", riff(chunk("fmt ", formatBody(3)) + samples), -1, 0},
+        {"a format record of one byte", riff(chunk("fmt ", "\1") + samples), 7, 0},
+        {"no format", riff(samples), -1, 0},
+        {"no data", riff(pcm + odd), -1, 0},
+        {"cut samples", riff(pcm + samples).substr(0, 50), -1, 0},
+        {"a gigabyte promised", riff(pcm + "data" + little(1u << 30, 4) + "abc"), -1, 0},
+        {"more than a file can hold", riff(pcm + "data" + little(0xFFFFFFFF, 4) + "abc"), -1, 0},
+        {"another form", riff(pcm + samples, "AVI "), -1, 0},
+        {"empty", "", -1, 0},
+    };
+    for (const auto& c : cases) {
+        const std::string path = write(c.bytes);
+        const std::size_t before = object_count::heapBytes();
+        {
+            const WaveSound sound = readWaveFile(path);
+            ASSERT_EQ(static_cast<bool>(sound), c.dataBytes >= 0) << c.what;
+            const LockedBlock locked(sound.block.get());
+            if (locked) {
+                WaveFormat format{};
+                std::memcpy(&format, locked.data(), sizeof format);
+                EXPECT_EQ(sound.dataBytes, static_cast<std::uint32_t>(c.dataBytes)) << c.what;
+                EXPECT_GE(locked.bytes().size(), sizeof format + sound.dataBytes) << c.what;
+                EXPECT_EQ(format.bitsPerSample, c.bits) << c.what;
+                EXPECT_EQ(std::memcmp(locked.data() + sizeof format, "abcdefg", sound.dataBytes), 0) << c.what;
+            }
+        }
+        EXPECT_TRUE(DeleteFileA(path.c_str())) << "still open: " << c.what;
+        EXPECT_EQ(object_count::heapBytes(), before) << c.what;
+    }
+    EXPECT_FALSE(readWaveFile(folder_ + "missing.wav"));
+    EXPECT_FALSE(readWaveFile(""));
+    EXPECT_FALSE(readWaveFile(std::string(5000, 'x')));
+}
+
+TEST_F(Sound, LongPathsAreRead) {
+    const std::string path = write(silence(5), std::string(150, 'n') + " + plus.wav");
+    EXPECT_EQ(readWaveFile(path).dataBytes, 5u);
+    DeleteFileA(path.c_str());
+}
+
+TEST_F(Sound, WhatCannotBePlayedLeavesNothing) {
+    WavePlayer player;
+    player.stop();
+    EXPECT_FALSE(player.isDone(nullptr));
+    EXPECT_FALSE(player.play(window_, WaveSound()));
+    // No device takes a format without channels, and on a machine without one none is left to refuse the other.
+    const std::string mute = riff(chunk("fmt ", formatBody(1, 0)) + chunk("data", "abc"));
+    for (const std::string& bytes : {mute, waveOutGetNumDevs() == 0 ? silence(80) : mute}) {
+        const std::string path = write(bytes);
+        EXPECT_FALSE(player.play(window_, readWaveFile(path)));
+        const std::size_t before = object_count::heapBytes();
+        for (int i = 0; i < 50; ++i) {
+            EXPECT_FALSE(player.play(window_, readWaveFile(path)));
+            EXPECT_FALSE(player.isPlaying());
+        }
+        // The system's own threads take a little; fifty sounds, or fifty headers, would be more.
+        EXPECT_LT(object_count::heapBytes(), before + 50 * sizeof(WAVEHDR));
+    }
+    player.stop();
+}
+
+// The `wParam` of the next MM_WOM_DONE; 0 when none comes.
+WPARAM awaitDone() {
+    const DWORD start = GetTickCount();
+    while (GetTickCount() - start < 5000) {
+        MSG message;
+        if (PeekMessageA(&message, nullptr, MM_WOM_DONE, MM_WOM_DONE, PM_REMOVE))
+            return message.wParam;
+        Sleep(5);
+    }
+    return 0;
+}
+
+TEST_F(Sound, PlaysToTheEndAndOnceMore) {
+    if (waveOutGetNumDevs() == 0)
+        GTEST_SKIP() << "no output device";
+    WavePlayer player;
+    const std::string path = write(silence(1600));
+    ASSERT_TRUE(player.play(window_, readWaveFile(path)));
+    for (int round = 0; round < 2; ++round) {
+        const auto device = reinterpret_cast<HWAVEOUT>(awaitDone());
+        EXPECT_TRUE(player.isDone(device));
+        ASSERT_TRUE(player.repeat());
+        EXPECT_FALSE(player.isDone(device));
+    }
+    player.stop();
+    SetDlgItemTextA(window_, kPathControl, path.c_str());
+    for (const char* text : {"Stop", "Play", "Stop"}) {
+        toggleSound(window_, kPathControl, kPlayButton);
+        EXPECT_EQ(textOf(kPlayButton), text);
+    }
+    while (!onSoundDone(window_, awaitDone())) // messages of what was stopped come first
+        ASSERT_EQ(textOf(kPlayButton), "Stop");
+    EXPECT_EQ(textOf(kPlayButton), "Play");
+}
+
+// Calls `act` with each dialog that opens during the object's life, from the dialog's own message loop.
+class DialogWatcher {
+public:
+    explicit DialogWatcher(std::function<void(HWND)> act) {
+        action() = std::move(act);
+        timer_ = SetTimer(nullptr, 0, 10, onTick);
+    }
+    ~DialogWatcher() { KillTimer(nullptr, timer_); }
+
+private:
+    static std::function<void(HWND)>& action() {
+        static std::function<void(HWND)> function;
+        return function;
+    }
+    static BOOL CALLBACK visit(HWND window, LPARAM) {
+        char name[16] = "";
+        GetClassNameA(window, name, static_cast<int>(sizeof name));
+        if (std::string(name) != "#32770" || !IsWindowVisible(window))
+            return TRUE;
+        action()(window);
+        return FALSE;
+    }
+    static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) { EnumThreadWindows(GetCurrentThreadId(), visit, 0); }
+    UINT_PTR timer_;
+};
+
+std::string childText(HWND dialog, int control) {
+    char text[300] = "";
+    GetDlgItemTextA(dialog, control, text, static_cast<int>(sizeof text));
+    return text;
+}
+
+// What the message says that `act` shows; it is closed.
+std::string messageOf(int textControl, const std::function<void()>& act) {
+    std::string text;
+    const DialogWatcher watcher([&](HWND dialog) {
+        text = childText(dialog, textControl);
+        PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    });
+    act();
+    return text;
+}
+
+TEST_F(Sound, MessagesTellWhatIsWrong) {
+    constexpr int kBoxText = 0xFFFF; // of the system's message box
+    const auto play = [this] { toggleSound(window_, kPathControl, kPlayButton); };
+    const auto inform = [this] { showSoundInformation(window_, kPathControl); };
+    SetDlgItemTextA(window_, kPathControl, write("no sound").c_str());
+    EXPECT_EQ(messageOf(MESSAGE_TEXT, play), "This sound cannot be read.");
+    EXPECT_EQ(messageOf(MESSAGE_TEXT, inform), "Memory error");
+    SetDlgItemTextA(window_, kPathControl, write(riff(chunk("fmt ", formatBody(1, 0)) + chunk("data", ""))).c_str());
+    EXPECT_EQ(messageOf(MESSAGE_TEXT, play), "This sound cannot be played.");
+    EXPECT_EQ(textOf(kPlayButton), "Play");
+    SetDlgItemTextA(window_, kPathControl, write(silence(12000)).c_str());
+    EXPECT_EQ(messageOf(kBoxText, inform), "a.wav\n\nChannels: Mono\nSample rate: 8.0 kHz\nPlaying time: 00:01.50");
+}
+
+// The window with the preview's controls.
+HWND previewOf(HWND dialog) {
+    HWND hook = nullptr;
+    while ((hook = FindWindowExA(dialog, hook, "#32770", nullptr)) != nullptr)
+        if (GetDlgItem(hook, SOUND_STATUS) != nullptr)
+            return hook;
+    return nullptr;
+}
+
+TEST_F(Sound, ChooserShowsFiguresAndLeavesNothing) {
+    const std::string path = write(silence(12000));
+    SetDlgItemTextA(window_, kPathControl, path.c_str());
+    std::string status;
+    int answer = IDCANCEL;
+    const DialogWatcher watcher([&](HWND dialog) {
+        status = childText(previewOf(dialog), SOUND_STATUS);
+        PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+    });
+    EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
+    EXPECT_EQ(status, "Mono, 8.0 kHz, 00:01.50");
+    answer = IDOK;
+    SetDlgItemTextA(window_, kPathControl, (folder_ + ".\\a.wav").c_str()); // the same file, named otherwise
+    EXPECT_TRUE(choosePath(window_, kPathControl, PathKind::Sound));
+    EXPECT_EQ(textOf(kPathControl), path);
+    SetDlgItemTextA(window_, kPathControl, "no|name?*");
+    answer = IDCANCEL;
+    EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
+    const int drawn = object_count::drawingObjects();
+    const int windows = object_count::userObjects();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
+    EXPECT_LE(object_count::drawingObjects(), drawn);
+    EXPECT_LE(object_count::userObjects(), windows);
+    EXPECT_EQ(textOf(kPathControl), "no|name?*");
+}
+
+TEST_F(Sound, PreviewLoopsUntilItIsToldNotTo) {
+    if (waveOutGetNumDevs() == 0)
+        GTEST_SKIP() << "no output device";
+    SetDlgItemTextA(window_, kPathControl, write(silence(800)).c_str());
+    DWORD start = 0;
+    std::string seen; // "S" for each look at a preview that plays, "P" for one that does not
+    const DialogWatcher watcher([&](HWND dialog) {
+        const HWND hook = previewOf(dialog);
+        if (start == 0) {
+            start = GetTickCount();
+            CheckDlgButton(hook, SOUND_LOOP, BST_CHECKED);
+            SendDlgItemMessageA(hook, SOUND_PREVIEW, BM_CLICK, 0, 0);
+        }
+        const DWORD elapsed = GetTickCount() - start;
+        if (elapsed > 1000)
+            CheckDlgButton(hook, SOUND_LOOP, BST_UNCHECKED);
+        const char now = childText(hook, SOUND_PREVIEW) == "Sto&p" ? 'S' : 'P';
+        if (seen.empty() || seen.back() != now)
+            seen += now;
+        if (elapsed > 2500) {
+            SendDlgItemMessageA(hook, SOUND_PREVIEW, BM_CLICK, 0, 0);
+            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+        }
+    });
+    EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
+    EXPECT_EQ(seen, "SP"); // ten times its length and more, then to its end
+}
+
+TEST_F(Sound, PathControlTakesAnyTextAndState) {
+    const Bitmap bitmap(CreateBitmap(150, 21, 1, 32, nullptr));
+    const MemoryDc dc(CreateCompatibleDC(nullptr));
+    const Selected selected(dc.get(), bitmap.get());
+    const auto draw = [&](UINT state, int width) {
+        DRAWITEMSTRUCT item{};
+        item.hwndItem = GetDlgItem(window_, kPathControl);
+        item.itemState = state;
+        item.hDC = dc.get();
+        item.rcItem = {0, 0, width, 21};
+        drawPathControl(item);
+        COLORREF sum = 0; // any difference of a pixel changes it
+        for (int y = 0; y < 21; ++y)
+            for (int x = 0; x < width; ++x)
+                sum = sum * 31 + GetPixel(dc.get(), x, y);
+        return sum;
+    };
+    SetDlgItemTextA(window_, kPathControl, "C:\\one\\file.wav");
+    const COLORREF plain = draw(0, 150);
+    for (const UINT state : {ODS_SELECTED, ODS_FOCUS, ODS_DISABLED})
+        EXPECT_NE(draw(state, 150), plain) << state;
+    SetDlgItemTextA(window_, kPathControl, "D:\\another\\folder\\file.wav");
+    EXPECT_EQ(draw(0, 150), plain);
+    const int drawn = object_count::drawingObjects();
+    for (const std::string& text : {std::string(), std::string("C:\\"), std::string(1000, 'm'), std::string("a&b")}) {
+        SetDlgItemTextA(window_, kPathControl, text.c_str());
+        for (const int width : {0, 3, 20, 150})
+            draw(ODS_FOCUS, width);
+    }
+    EXPECT_EQ(object_count::drawingObjects(), drawn);
+}
+
+} // namespace

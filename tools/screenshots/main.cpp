@@ -1,0 +1,177 @@
+// Opens the main dialog with each effect, then the dialogs that it opens, at each text size, and writes a picture of
+// every one: screenshots FOLDER. Works through a timer while the dialogs run their own loops; never builds anything.
+#include "base/gdi.h"
+#include "base/module.h"
+#include "instruments/effect_list.h"
+#include "settings/output_options.h"
+#include "ui/main_dialog.h"
+#include "ui/panel.h"
+#include "ui/plugin_fonts.h"
+#include "ui/text_scale.h"
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <commctrl.h>
+#include <windows.h>
+
+using namespace veldran;
+
+namespace {
+
+constexpr int kTextSizes[] = {100, 150};
+constexpr UINT kPause = 500; // milliseconds until a dialog has painted itself and its preview
+
+// One picture: the effect that the main dialog shows, and the control that is activated to open another dialog.
+struct Shot {
+    std::string name;
+    int effect;
+    int control; // 0: the main dialog itself
+    int code;    // the notification that opens the dialog
+};
+
+enum class Phase { Show, Photograph, Close };
+
+struct Session {
+    std::string folder;
+    std::vector<Shot> shots;
+    std::size_t current = 0;
+    Phase phase = Phase::Show;
+    HWND dialog = nullptr;
+} session;
+
+std::intptr_t PLUGIN16_CALL ignoreCommand(HostTaskInfo*, std::uint32_t, std::uintptr_t, std::intptr_t) {
+    return 1;
+}
+
+std::vector<Shot> allShots() {
+    std::vector<Shot> shots;
+    for (int effect = 0; effect < kEffectCount; ++effect) {
+        char number[8];
+        std::snprintf(number, sizeof number, "%02d", effect);
+        shots.push_back({std::string("effect-") + number, effect, 0, 0});
+        for (const BoundParameter& parameter : panelOf(effect)) {
+            if (parameter.row->kind == ParameterKind::Markers)
+                shots.push_back({std::string("editor-") + number, effect, parameter.control, LBN_DBLCLK});
+            if (parameter.row->kind == ParameterKind::Points)
+                shots.push_back({std::string("editor-") + number, effect, parameter.control, BN_CLICKED});
+        }
+    }
+    shots.push_back({"advanced", 15, kControlAdvanced, BN_CLICKED});
+    return shots;
+}
+
+void writeBitmapFile(const std::string& path, const BITMAPINFOHEADER& header, const std::vector<char>& pixels) {
+    BITMAPFILEHEADER file{};
+    file.bfType = 0x4D42; // "BM"
+    file.bfOffBits = sizeof file + sizeof header;
+    file.bfSize = file.bfOffBits + static_cast<DWORD>(pixels.size());
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(&file), sizeof file);
+    out.write(reinterpret_cast<const char*>(&header), sizeof header);
+    out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
+}
+
+void photograph(HWND window, const std::string& path) {
+    RECT box{};
+    GetWindowRect(window, &box);
+    const int width = box.right - box.left;
+    const int height = box.bottom - box.top;
+    const HDC screen = GetDC(nullptr);
+    {
+        const MemoryDc memory(CreateCompatibleDC(screen));
+        const Bitmap bitmap(CreateCompatibleBitmap(screen, width, height));
+        {
+            const Selected selected(memory.get(), bitmap.get());
+            BitBlt(memory.get(), 0, 0, width, height, screen, box.left, box.top, SRCCOPY);
+        }
+        BITMAPINFO info{};
+        info.bmiHeader.biSize = sizeof info.bmiHeader;
+        info.bmiHeader.biWidth = width;
+        info.bmiHeader.biHeight = height;
+        info.bmiHeader.biPlanes = 1;
+        info.bmiHeader.biBitCount = 32;
+        std::vector<char> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+        GetDIBits(memory.get(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
+        writeBitmapFile(path, info.bmiHeader, pixels);
+    }
+    ReleaseDC(nullptr, screen);
+}
+
+void show(const Shot& shot) {
+    SendDlgItemMessageA(session.dialog, kControlEffect, CB_SETCURSEL, static_cast<WPARAM>(shot.effect), 0);
+    SendMessageA(session.dialog, WM_COMMAND, MAKEWPARAM(kControlEffect, CBN_SELCHANGE), 0);
+    if (shot.control != 0)
+        PostMessageA(session.dialog, WM_COMMAND, MAKEWPARAM(shot.control, shot.code),
+                     reinterpret_cast<LPARAM>(GetDlgItem(session.dialog, shot.control)));
+}
+
+void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
+    if (session.dialog == nullptr)
+        return;
+    if (session.current == session.shots.size()) {
+        PostMessageA(session.dialog, WM_COMMAND, IDCANCEL, 0);
+        return;
+    }
+    const Shot& shot = session.shots[session.current];
+    const HWND popup = GetLastActivePopup(session.dialog);
+    switch (session.phase) {
+    case Phase::Show:
+        show(shot);
+        session.phase = Phase::Photograph;
+        break;
+    case Phase::Photograph:
+        photograph(popup, session.folder + "/" + shot.name + "-" + std::to_string(textSizePercent()) + ".bmp");
+        session.phase = Phase::Close;
+        break;
+    case Phase::Close:
+        if (popup != session.dialog)
+            PostMessageA(popup, WM_COMMAND, IDCANCEL, 0);
+        ++session.current;
+        session.phase = Phase::Show;
+        break;
+    }
+}
+
+LRESULT CALLBACK onMessage(int code, WPARAM wParam, LPARAM lParam) {
+    const auto* message = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+    if (code == HC_ACTION && message->message == WM_INITDIALOG && session.dialog == nullptr)
+        session.dialog = message->hwnd;
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+void photographAll(int percent) {
+    forceTextSize(percent);
+    const CurrentFonts fonts;
+    session.current = 0;
+    session.dialog = nullptr;
+    HostParams host{};
+    host.size = sizeof host;
+    host.version = kPluginInterfaceVersion;
+    host.message = ignoreCommand;
+    host.flags = kDelayInHundredths;
+    const UINT_PTR timer = SetTimer(nullptr, 0, kPause, onTick);
+    runMainDialog(nullptr, &host);
+    KillTimer(nullptr, timer);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: screenshots FOLDER\n");
+        return 2;
+    }
+    session.folder = argv[1];
+    session.shots = allShots();
+    setModuleInstance(GetModuleHandleA(nullptr));
+    INITCOMMONCONTROLSEX classes{sizeof classes, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&classes);
+    const HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROCRET, onMessage, nullptr, GetCurrentThreadId());
+    for (const int percent : kTextSizes)
+        photographAll(percent);
+    UnhookWindowsHookEx(hook);
+    return 0;
+}
