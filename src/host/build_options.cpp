@@ -1,7 +1,6 @@
 // Which options exclude which.
 #include "host/build_options.h"
 
-#include "settings/control_index.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
@@ -12,7 +11,7 @@ namespace veldran {
 namespace {
 
 int readSelection(HWND dialog, int control) {
-    const LRESULT selection = SendMessageA(controlWindow(dialog, control), CB_GETCURSEL, 0, 0);
+    const LRESULT selection = SendDlgItemMessageA(dialog, control, CB_GETCURSEL, 0, 0);
     return static_cast<int>(std::max<LRESULT>(selection, 0));
 }
 
@@ -34,14 +33,13 @@ BuildOptions readBuildOptions(HWND dialog, BuildKind kind) {
 }
 
 AlphaCheckGuard::AlphaCheckGuard(HWND dialog, BuildKind kind)
-    : dialog_(dialog),
-      saved_(static_cast<WPARAM>(SendMessageA(controlWindow(dialog, kControlAlpha), BM_GETCHECK, 0, 0))) {
+    : dialog_(dialog), saved_(IsDlgButtonChecked(dialog, kControlAlpha)) {
     if (kind == BuildKind::Test)
-        SendMessageA(controlWindow(dialog, kControlAlpha), BM_SETCHECK, BST_UNCHECKED, 0);
+        CheckDlgButton(dialog, kControlAlpha, BST_UNCHECKED);
 }
 
 AlphaCheckGuard::~AlphaCheckGuard() {
-    SendMessageA(controlWindow(dialog_, kControlAlpha), BM_SETCHECK, saved_, 0);
+    CheckDlgButton(dialog_, kControlAlpha, saved_);
 }
 
 } // namespace veldran

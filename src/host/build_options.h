@@ -30,7 +30,7 @@ public:
 
 private:
     HWND dialog_;
-    WPARAM saved_; // a button state
+    UINT saved_;
 };
 
 } // namespace veldran

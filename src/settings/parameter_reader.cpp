@@ -1,7 +1,6 @@
 // Everything is asked of the controls themselves, so that whoever fills them, person or program, is understood.
 #include "settings/parameter_reader.h"
 
-#include "settings/control_index.h"
 #include "settings/parameter.h"
 
 #include <algorithm>
@@ -16,7 +15,7 @@ bool isInstrumentControl(int identity) {
 
 std::string spinnerRangeText(HWND dialog, int controlId) {
     char text[261] = "";
-    GetWindowTextA(controlWindow(dialog, controlId + kSpinnerOffset), text, static_cast<int>(sizeof text));
+    GetDlgItemTextA(dialog, controlId + kSpinnerOffset, text, static_cast<int>(sizeof text));
     return text;
 }
 
@@ -30,48 +29,47 @@ int readParameter(HWND dialog, int controlId) {
 }
 
 bool isChecked(HWND dialog, int controlId) {
-    return SendMessageA(controlWindow(dialog, controlId), BM_GETCHECK, 0, 0) == BST_CHECKED;
+    return IsDlgButtonChecked(dialog, controlId) == BST_CHECKED;
 }
 
 bool isCheckedAndEnabled(HWND dialog, int controlId) {
-    return IsWindowEnabled(controlWindow(dialog, controlId)) && isChecked(dialog, controlId);
+    return IsWindowEnabled(GetDlgItem(dialog, controlId)) && isChecked(dialog, controlId);
 }
 
 Colour readColour(HWND dialog, int controlId) {
-    return static_cast<Colour>(GetWindowLongPtrA(controlWindow(dialog, controlId), GWLP_USERDATA)) & 0xFFFFFF;
+    return static_cast<Colour>(GetWindowLongPtrA(GetDlgItem(dialog, controlId), GWLP_USERDATA)) & 0xFFFFFF;
 }
 
 void setColour(HWND dialog, int controlId, Colour colour) {
-    const HWND swatch = controlWindow(dialog, controlId);
+    const HWND swatch = GetDlgItem(dialog, controlId);
     SetWindowLongPtrA(swatch, GWLP_USERDATA, static_cast<LONG_PTR>(colour & 0xFFFFFF));
     InvalidateRect(swatch, nullptr, TRUE);
 }
 
 int readChoiceNumber(HWND dialog, int controlId) {
-    const LRESULT chosen = SendMessageA(controlWindow(dialog, controlId), CB_GETCURSEL, 0, 0);
+    const LRESULT chosen = SendDlgItemMessageA(dialog, controlId, CB_GETCURSEL, 0, 0);
     if (chosen == CB_ERR)
         return 0;
-    const LRESULT length =
-        SendMessageA(controlWindow(dialog, controlId), CB_GETLBTEXTLEN, static_cast<WPARAM>(chosen), 0);
+    const LRESULT length = SendDlgItemMessageA(dialog, controlId, CB_GETLBTEXTLEN, static_cast<WPARAM>(chosen), 0);
     if (length == CB_ERR)
         return 0;
     std::string text(static_cast<std::size_t>(length) + 1, '\0');
-    SendMessageA(controlWindow(dialog, controlId), CB_GETLBTEXT, static_cast<WPARAM>(chosen),
-                 reinterpret_cast<LPARAM>(text.data()));
+    SendDlgItemMessageA(dialog, controlId, CB_GETLBTEXT, static_cast<WPARAM>(chosen),
+                        reinterpret_cast<LPARAM>(text.data()));
     return std::atoi(text.c_str());
 }
 
 std::vector<std::string> readLines(HWND dialog, int controlId) {
     std::vector<std::string> lines;
-    const LRESULT count = SendMessageA(controlWindow(dialog, controlId), LB_GETCOUNT, 0, 0);
+    const LRESULT count = SendDlgItemMessageA(dialog, controlId, LB_GETCOUNT, 0, 0);
     for (LRESULT i = 0; i < count; ++i) {
         const auto index = static_cast<WPARAM>(i);
-        const LRESULT length = SendMessageA(controlWindow(dialog, controlId), LB_GETTEXTLEN, index, 0);
+        const LRESULT length = SendDlgItemMessageA(dialog, controlId, LB_GETTEXTLEN, index, 0);
         if (length == LB_ERR)
             continue;
         std::string line(static_cast<std::size_t>(length) + 1, '\0');
         const LRESULT copied =
-            SendMessageA(controlWindow(dialog, controlId), LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
+            SendDlgItemMessageA(dialog, controlId, LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
         if (copied == LB_ERR)
             continue;
         line.resize(static_cast<std::size_t>(copied));

@@ -6,7 +6,6 @@
 #include "host/host_link.h"
 #include "instruments/effect_registry.h"
 #include "resources/resource_ids.h"
-#include "settings/control_index.h"
 #include "settings/default_paths.h"
 #include "settings/output_options.h"
 #include "settings/settings_store.h"
@@ -53,7 +52,7 @@ HostParams* hostOf(HWND dialog) {
 void stopPlaying(HWND dialog) {
     KillTimer(dialog, kPlayTimer);
     stateOf(dialog)->preview.stop();
-    SetWindowTextA(controlWindow(dialog, kControlPlay), "&Play");
+    SetDlgItemTextA(dialog, kControlPlay, "&Play");
 }
 
 // Any change ends playing and shows in the still picture once no other has followed for a moment.
@@ -66,7 +65,7 @@ void showSelectedEffect(HWND dialog) {
     stopSounds();
     showInstrumentControls(dialog, -1);
     showInstrumentControls(dialog, selectedEffect(dialog));
-    EnableWindow(controlWindow(dialog, kControlPlay), effectDescriptor(selectedEffect(dialog)).open != nullptr);
+    EnableWindow(GetDlgItem(dialog, kControlPlay), effectDescriptor(selectedEffect(dialog)).open != nullptr);
     schedulePreview(dialog);
 }
 
@@ -83,7 +82,7 @@ void onInitialise(HWND dialog, HostParams* host, DialogState* state) {
     stateOf(dialog)->enabling.refresh(dialog);
     state->filling = false;
     showSelectedEffect(dialog);
-    SetFocus(controlWindow(dialog, kControlEffect));
+    SetFocus(GetDlgItem(dialog, kControlEffect));
 }
 
 void onDestroy(HWND dialog) {
@@ -96,7 +95,6 @@ void onDestroy(HWND dialog) {
         saveSettings();
     }
     RemovePropA(dialog, kStateProperty);
-    forgetControls(dialog);
 }
 
 void onBuild(HWND dialog, BuildKind kind) {
@@ -125,7 +123,7 @@ void onPlay(HWND dialog) {
     KillTimer(dialog, kPreviewTimer);
     if (!preview.play(dialog, hostOf(dialog), selectedEffect(dialog)))
         return;
-    SetWindowTextA(controlWindow(dialog, kControlPlay), "Sto&p");
+    SetDlgItemTextA(dialog, kControlPlay, "Sto&p");
     SetTimer(dialog, kPlayTimer, USER_TIMER_MINIMUM, nullptr);
 }
 
@@ -228,7 +226,7 @@ void onTimer(HWND dialog, UINT_PTR timer) {
     KillTimer(dialog, timer);
     if (timer == kPreviewTimer) {
         state->preview.render(dialog, hostOf(dialog), selectedEffect(dialog));
-        SetWindowTextA(controlWindow(dialog, kControlSummary), state->preview.summary().c_str());
+        SetDlgItemTextA(dialog, kControlSummary, state->preview.summary().c_str());
     } else if (const unsigned wait = state->preview.advance(dialog, hostOf(dialog)); wait != 0) {
         SetTimer(dialog, kPlayTimer, wait, nullptr);
     } else {

@@ -2,7 +2,6 @@
 #include "ui/output_panel.h"
 
 #include "instruments/effect_list.h"
-#include "settings/control_index.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
@@ -79,7 +78,7 @@ const OptionRow& optionRow(int control) {
 
 // Everything given at 100 %.
 void place(HWND dialog, int control, int left, int top, int width, int height) {
-    MoveWindow(controlWindow(dialog, control), scaled(left), scaled(top), scaled(width), scaled(height), TRUE);
+    MoveWindow(GetDlgItem(dialog, control), scaled(left), scaled(top), scaled(width), scaled(height), TRUE);
 }
 
 RECT scaledRect(int left, int top, int width, int height) {
@@ -151,7 +150,7 @@ void createOutputControls(HWND dialog, std::uint32_t buttonLook) {
     };
     create(kControlEffect);
     for (const EffectRow& effect : effectRows())
-        SendMessageA(controlWindow(dialog, kControlEffect), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(effect.name));
+        SendDlgItemMessageA(dialog, kControlEffect, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(effect.name));
     createGroup(dialog, "Parameters", kControlPanelFrame);
     createPanels(dialog);
     createGroup(dialog, "Preview", kControlPreviewFrame);
@@ -195,7 +194,7 @@ void layOutMainDialog(HWND dialog) {
 void OutputEnabling::apply(HWND dialog, int control, bool enabled) {
     const auto known = applied_.find(control);
     if (known == applied_.end() || known->second != enabled)
-        EnableWindow(controlWindow(dialog, control), enabled);
+        EnableWindow(GetDlgItem(dialog, control), enabled);
     applied_[control] = enabled;
 }
 
@@ -214,7 +213,7 @@ void OutputEnabling::refresh(HWND dialog) {
 }
 
 int selectedEffect(HWND dialog) {
-    return static_cast<int>(SendMessageA(controlWindow(dialog, kControlEffect), CB_GETCURSEL, 0, 0));
+    return static_cast<int>(SendDlgItemMessageA(dialog, kControlEffect, CB_GETCURSEL, 0, 0));
 }
 
 } // namespace veldran

@@ -3,7 +3,6 @@
 
 #include "base/gdi.h"
 #include "base/module.h"
-#include "settings/control_index.h"
 #include "settings/default_paths.h"
 #include "settings/marker_store.h"
 #include "settings/parameter_reader.h"
@@ -119,7 +118,7 @@ void fillChoice(HWND combo, std::uint32_t value, Setting setting) {
 void fillNumber(HWND dialog, int control, std::uint32_t stored, NumberRange range) {
     const std::int64_t value =
         range.minimum < 0 ? std::int64_t{static_cast<std::int32_t>(stored)} : std::int64_t{stored};
-    SetWindowTextA(controlWindow(dialog, control), std::to_string(clampToRange(value, range)).c_str());
+    SetDlgItemTextA(dialog, control, std::to_string(clampToRange(value, range)).c_str());
 }
 
 void fillMarkers(HWND list, const BoundParameter& parameter) {
@@ -133,12 +132,12 @@ void fillMarkers(HWND list, const BoundParameter& parameter) {
 
 std::string windowText(HWND dialog, int control) {
     char text[kTextLimit + 1] = "";
-    GetWindowTextA(controlWindow(dialog, control), text, static_cast<int>(sizeof text));
+    GetDlgItemTextA(dialog, control, text, static_cast<int>(sizeof text));
     return text;
 }
 
 void move(HWND dialog, int control, int left, int top, int right, int bottom) {
-    MoveWindow(controlWindow(dialog, control), left, top, right - left, bottom - top, TRUE);
+    MoveWindow(GetDlgItem(dialog, control), left, top, right - left, bottom - top, TRUE);
 }
 
 } // namespace
@@ -148,7 +147,6 @@ HWND createChild(HWND dialog, const char* windowClass, const char* text, DWORD s
     const HWND child =
         CreateWindowExA(extendedStyle, windowClass, text, style | WS_CHILD, 0, 0, 0, 0, dialog,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(identity)), moduleInstance(), nullptr);
-    rememberControl(dialog, identity, child);
     const PluginFonts* fonts = currentFonts();
     if (fonts != nullptr && fonts->controlFont)
         SendMessageA(child, WM_SETFONT, reinterpret_cast<WPARAM>(fonts->controlFont.get()), FALSE);
@@ -196,7 +194,7 @@ void placeParameter(HWND dialog, const BoundParameter& parameter, const RECT& ce
 
 void fillParameter(HWND dialog, const BoundParameter& parameter, const PlugInSettings& settings) {
     const ParameterRow& row = *parameter.row;
-    const HWND control = controlWindow(dialog, parameter.control);
+    const HWND control = GetDlgItem(dialog, parameter.control);
     const std::uint32_t value = row.setting == Setting::None ? 0 : settings.number(row.setting);
     switch (row.kind) {
     case ParameterKind::Colour:
@@ -210,8 +208,7 @@ void fillParameter(HWND dialog, const BoundParameter& parameter, const PlugInSet
         refreshChoiceName(dialog, parameter);
         break;
     case ParameterKind::Check:
-        SendMessageA(controlWindow(dialog, parameter.control), BM_SETCHECK, value != 0 ? BST_CHECKED : BST_UNCHECKED,
-                     0);
+        SendDlgItemMessageA(dialog, parameter.control, BM_SETCHECK, value != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
         break;
     case ParameterKind::Choice:
         fillChoice(control, value, row.setting);
@@ -237,7 +234,7 @@ void resetParameter(HWND dialog, const BoundParameter& parameter, std::uint32_t 
         fillParameter(dialog, parameter, defaults);
         return;
     }
-    const HWND list = controlWindow(dialog, parameter.control);
+    const HWND list = GetDlgItem(dialog, parameter.control);
     SendMessageA(list, LB_RESETCONTENT, 0, 0);
     addEntries(list, LB_ADDSTRING, parameter.row->choices);
 }
@@ -259,15 +256,14 @@ void saveParameter(HWND dialog, const BoundParameter& parameter) {
         settings.setNumber(setting, isChecked(dialog, parameter.control) ? 1 : 0);
         break;
     case ParameterKind::Choice:
-        if (const LRESULT chosen = SendMessageA(controlWindow(dialog, parameter.control), CB_GETCURSEL, 0, 0);
-            chosen != CB_ERR)
+        if (const LRESULT chosen = SendDlgItemMessageA(dialog, parameter.control, CB_GETCURSEL, 0, 0); chosen != CB_ERR)
             settings.setNumber(setting, static_cast<std::uint32_t>(chosen));
         break;
     case ParameterKind::Markers:
         saveMarkers(readLines(dialog, parameter.control));
         break;
     case ParameterKind::Curve:
-        settings.setNumber(setting, curveValue(controlWindow(dialog, parameter.control)));
+        settings.setNumber(setting, curveValue(GetDlgItem(dialog, parameter.control)));
         break;
     default:
         settings.setText(setting, windowText(dialog, parameter.control));
@@ -304,7 +300,7 @@ void refreshChoiceName(HWND dialog, const BoundParameter& parameter) {
     if (row.kind != ParameterKind::Number || row.choices[0] == '\0')
         return;
     const std::string name = choiceName(row, readParameter(dialog, parameter.control));
-    SetWindowTextA(controlWindow(dialog, parameter.label), (std::string(row.label) + " " + name).c_str());
+    SetDlgItemTextA(dialog, parameter.label, (std::string(row.label) + " " + name).c_str());
 }
 
 std::string tipFor(const BoundParameter& parameter) {
@@ -333,9 +329,9 @@ int labelWidthOf(HWND dialog, const BoundParameter& parameter) {
     int widest = 0;
     if (parameter.row->kind == ParameterKind::Number)
         forEachChoice(parameter.row->choices, [&](const std::string& name) {
-            widest = std::max<int>(widest, textExtent(controlWindow(dialog, parameter.label), " " + name).cx);
+            widest = std::max<int>(widest, textExtent(GetDlgItem(dialog, parameter.label), " " + name).cx);
         });
-    return widest + textExtent(controlWindow(dialog, parameter.label), parameter.row->label).cx;
+    return widest + textExtent(GetDlgItem(dialog, parameter.label), parameter.row->label).cx;
 }
 
 } // namespace veldran

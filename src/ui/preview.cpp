@@ -5,7 +5,6 @@
 #include "instruments/frame_loop.h"
 #include "render/blend.h"
 #include "render/frame_image.h"
-#include "settings/control_index.h"
 #include "settings/output_options.h"
 #include "ui/panel.h"
 #include "ui/plugin_fonts.h"
@@ -33,7 +32,7 @@ std::string missingFile(HWND dialog, int effect) {
             kind != ParameterKind::ImageFile)
             continue;
         char path[kTextLimit + 1] = "";
-        GetWindowTextA(controlWindow(dialog, parameter.control), path, static_cast<int>(sizeof path));
+        GetDlgItemTextA(dialog, parameter.control, path, static_cast<int>(sizeof path));
         const DWORD attributes = GetFileAttributesA(path);
         if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
             return path;
@@ -102,7 +101,7 @@ void Preview::render(HWND dialog, HostParams* host, int effect) {
         message_ = missing.empty() ? "The preview cannot be drawn." : "There is no file\n" + missing;
     }
     summarize(dialog, host, effect);
-    InvalidateRect(controlWindow(dialog, kControlPreview), nullptr, FALSE);
+    InvalidateRect(GetDlgItem(dialog, kControlPreview), nullptr, FALSE);
 }
 
 void Preview::summarize(HWND dialog, HostParams* host, int effect) {
@@ -171,7 +170,7 @@ bool Preview::showFrame(HWND dialog, HostParams* host) {
     if (!frame)
         return false;
     image_ = std::move(frame);
-    InvalidateRect(controlWindow(dialog, kControlPreview), nullptr, FALSE);
+    InvalidateRect(GetDlgItem(dialog, kControlPreview), nullptr, FALSE);
     return true;
 }
 

@@ -3,7 +3,6 @@
 
 #include "base/module.h"
 #include "instruments/effect_list.h"
-#include "settings/control_index.h"
 #include "settings/output_options.h"
 #include "ui/panel.h"
 
@@ -20,7 +19,7 @@ void addTip(HWND tips, HWND dialog, const BoundParameter& parameter) {
     tool.cbSize = sizeof tool;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tool.hwnd = dialog;
-    tool.uId = reinterpret_cast<UINT_PTR>(controlWindow(dialog, parameter.control));
+    tool.uId = reinterpret_cast<UINT_PTR>(GetDlgItem(dialog, parameter.control));
     tool.lpszText = text.data();
     SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
 }
