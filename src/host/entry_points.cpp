@@ -1,6 +1,7 @@
 // The library's entry and its two exports: thin shells that check what they are given and let nothing escape into the
 // host.
 #include "base/module.h"
+#include "base/visual_styles.h"
 #include "host/message_box.h"
 #include "host/plugin_abi.h"
 #include "settings/default_paths.h"
@@ -61,6 +62,7 @@ int configureAndBuild(HWND parent, HostParams* params) {
         showMessage(parent, kHostTooOld);
         return 0;
     }
+    const VisualStyles looks;
     const CurrentFonts fonts;
     registerControlClasses();
     computePluginFolder();

@@ -1,6 +1,7 @@
 // Sending commands to the host: the one place that calls its message entry.
 #pragma once
 
+#include "base/visual_styles.h"
 #include "host/plugin_abi.h"
 
 namespace veldran {
@@ -10,6 +11,7 @@ inline std::intptr_t sendToHost(const HostParams* host, HostTaskInfo* task, Host
                                 std::intptr_t lParam) {
     if (host == nullptr || host->message == nullptr)
         return 0;
+    const HostLooks looks; // for the windows that the host may open
     return host->message(task, command, wParam, lParam);
 }
 

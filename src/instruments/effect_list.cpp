@@ -1,7 +1,23 @@
 // The table of instruments. A panel must use exactly the identities that its row reserves; the compiler checks it.
 #include "instruments/effect_list.h"
 
+#include "instruments/alien_overflight_parameters.h"
+#include "instruments/altimeter_parameters.h"
+#include "instruments/bar_graph_parameters.h"
+#include "instruments/bubble_chamber_parameters.h"
+#include "instruments/countdown_parameters.h"
+#include "instruments/data_pad_parameters.h"
+#include "instruments/jacobs_ladder_parameters.h"
+#include "instruments/led_meter_parameters.h"
+#include "instruments/lissajous_parameters.h"
+#include "instruments/magic_eye_parameters.h"
+#include "instruments/needle_meter_parameters.h"
+#include "instruments/plasma_arc_parameters.h"
 #include "instruments/radar_parameters.h"
+#include "instruments/sound_map_parameters.h"
+#include "instruments/sound_scan_parameters.h"
+#include "instruments/stopwatch_parameters.h"
+#include "instruments/tachometer_parameters.h"
 
 #include <algorithm>
 #include <array>
@@ -10,26 +26,34 @@ namespace veldran {
 namespace {
 
 constexpr std::array<EffectRow, kEffectCount> kEffects = {{
-    {"Alien Overflight", "MainPlasma", 385, 407, 5, EffectState::Planned, {}},
-    {"Altimeter", "MainAltimeter", 525, 541, 3, EffectState::Planned, {}},
-    {"Audio Spectrum", "MainSpectrum", 408, 441, 6, EffectState::Planned, {}},
-    {"Analog VU Meter (rectangular)", "MainVUAnalogSquare", 168, 183, 3, EffectState::Planned, {}},
-    {"Analog VU Meter (round)", "MainVUAnalogRound", 184, 199, 3, EffectState::Planned, {}},
-    {"Bar Graph", "MainBarGraph", 542, 570, 7, EffectState::Planned, {}},
-    {"Bubble Chamber", "MainBubble", 351, 374, 8, EffectState::Planned, {}},
-    {"Countdown *", "MainCountdown", 200, 220, 6, EffectState::Planned, {}},
-    {"Digital VU Meter (horizontal)", "MainVUDigHorz", 134, 167, 6, EffectState::Planned, {}},
-    {"Digital VU Meter (vertical)", "MainVUDigVert", 100, 133, 6, EffectState::Planned, {}},
-    {"Extraterrestrial Data Pad", "MainDatapad", 504, 524, 3, EffectState::Planned, {}},
-    {"Jacob's Ladder *", "MainLadder", 470, 489, 6, EffectState::Planned, {}},
-    {"Lissajous Figure", "MainLissajous", 238, 266, 7, EffectState::Planned, {}},
-    {"Magic Eye *", "MainMagicEye", 221, 237, 3, EffectState::Planned, {}},
-    {"Plasma Arc *", "MainArclight", 442, 469, 6, EffectState::Planned, {}},
+    {"Alien Overflight", "MainPlasma", kAlienOverflightFirstControl, 407, 5, EffectState::Planned,
+     kAlienOverflightParameters},
+    {"Altimeter", "MainAltimeter", kAltimeterFirstControl, 541, 3, EffectState::Planned, kAltimeterParameters},
+    {"Audio Spectrum", "MainSpectrum", kSpectrumFirstControl, 441, 6, EffectState::Planned, kSpectrumParameters},
+    {"Analog VU Meter (rectangular)", "MainVUAnalogSquare", kVuAnalogRectangularFirstControl, 183, 3,
+     EffectState::Planned, kVuAnalogRectangularParameters},
+    {"Analog VU Meter (round)", "MainVUAnalogRound", kVuAnalogRoundFirstControl, 199, 3, EffectState::Planned,
+     kVuAnalogRoundParameters},
+    {"Bar Graph", "MainBarGraph", kBarGraphFirstControl, 570, 7, EffectState::Planned, kBarGraphParameters},
+    {"Bubble Chamber", "MainBubble", kBubbleChamberFirstControl, 374, 8, EffectState::Planned,
+     kBubbleChamberParameters},
+    {"Countdown *", "MainCountdown", kCountdownFirstControl, 220, 6, EffectState::Planned, kCountdownParameters},
+    {"Digital VU Meter (horizontal)", "MainVUDigHorz", kVuDigitalHorizontalFirstControl, 167, 6, EffectState::Planned,
+     kVuDigitalHorizontalParameters},
+    {"Digital VU Meter (vertical)", "MainVUDigVert", kVuDigitalVerticalFirstControl, 133, 6, EffectState::Planned,
+     kVuDigitalVerticalParameters},
+    {"Extraterrestrial Data Pad", "MainDatapad", kDataPadFirstControl, 524, 3, EffectState::Planned,
+     kDataPadParameters},
+    {"Jacob's Ladder *", "MainLadder", kJacobsLadderFirstControl, 489, 6, EffectState::Planned,
+     kJacobsLadderParameters},
+    {"Lissajous Figure", "MainLissajous", kLissajousFirstControl, 266, 7, EffectState::Planned, kLissajousParameters},
+    {"Magic Eye *", "MainMagicEye", kMagicEyeFirstControl, 237, 3, EffectState::Planned, kMagicEyeParameters},
+    {"Plasma Arc *", "MainArclight", kPlasmaArcFirstControl, 469, 6, EffectState::Planned, kPlasmaArcParameters},
     {"Radar", "MainRadar", kRadarFirstControl, 350, 3, EffectState::Ready, kRadarParameters},
-    {"Tachometer", "MainTach", 375, 384, 3, EffectState::Planned, {}},
-    {"Sound Map", "MainSonic", 267, 296, 6, EffectState::Planned, {}},
-    {"Sound Scan", "MainVoice", 297, 328, 7, EffectState::Planned, {}},
-    {"Stopwatch *", "MainStopwatch", 490, 503, 3, EffectState::Planned, {}},
+    {"Tachometer", "MainTach", kTachometerFirstControl, 384, 3, EffectState::Planned, kTachometerParameters},
+    {"Sound Map", "MainSonic", kSoundMapFirstControl, 296, 6, EffectState::Planned, kSoundMapParameters},
+    {"Sound Scan", "MainVoice", kSoundScanFirstControl, 328, 7, EffectState::Planned, kSoundScanParameters},
+    {"Stopwatch *", "MainStopwatch", kStopwatchFirstControl, 503, 3, EffectState::Planned, kStopwatchParameters},
 }};
 
 constexpr bool panelFits(const EffectRow& row) {

@@ -42,6 +42,9 @@ inline constexpr int kSpinnerOffset = 10000;
 inline constexpr char kPhaseIncrements[] =
     "-60;-45;-40;-30;-24;-20;-15;-12;-10;-9;-8;-6;-5;-4;-3;-2;-1;1;2;3;4;5;6;8;9;10;12;15;20;24;30;40;45;60";
 
+// The channels of a sound that an instrument shows.
+inline constexpr char kSoundChannels[] = "Stereo;Left;Right;Mono";
+
 // Whether a control carries its label itself and so has no identity for one.
 constexpr bool labelsItself(const ParameterRow& row) {
     return row.kind == ParameterKind::Check || row.kind == ParameterKind::Curve;

@@ -3,6 +3,7 @@
 
 #include "settings/curve_points.h"
 #include "ui/buffered_paint.h"
+#include "ui/control_edge.h"
 #include "ui/text_scale.h"
 
 #include <algorithm>
@@ -16,7 +17,9 @@ namespace {
 
 constexpr int kChosenPoint = 0; // offsets of the extra bytes
 constexpr int kFont = sizeof(LONG_PTR);
-constexpr int kExtraBytes = 2 * sizeof(LONG_PTR);
+constexpr int kLabelWidth = 2 * sizeof(LONG_PTR);
+constexpr int kExtraBytes = 3 * sizeof(LONG_PTR);
+constexpr int kLabelDrop = 3; // as labels beside fields stand
 constexpr int kLargeStep = 8; // of 31, by Page Up and Page Down
 constexpr int kGridLines = 3; // quarters of the height
 
@@ -29,10 +32,17 @@ void choosePoint(HWND control, int point) {
     InvalidateRect(control, nullptr, FALSE);
 }
 
-// Where points lie: inside the edge, with room for the outermost handles.
-RECT plotBox(HWND control) {
+// The framed part, right of the label.
+RECT frameBox(HWND control) {
     RECT box{};
     GetClientRect(control, &box);
+    box.left += static_cast<LONG>(GetWindowLongPtrA(control, kLabelWidth));
+    return box;
+}
+
+// Where points lie: inside the frame, with room for the outermost handles.
+RECT plotBox(HWND control) {
+    RECT box = frameBox(control);
     InflateRect(&box, -scaled(7), -scaled(7));
     return box;
 }
@@ -140,22 +150,23 @@ void drawLabel(HWND control, HDC dc, RECT box) {
     GetWindowTextA(control, text, static_cast<int>(sizeof text));
     const Selected font(dc, reinterpret_cast<HGDIOBJ>(GetWindowLongPtrA(control, kFont)));
     const TextStyle style(dc, GetSysColor(IsWindowEnabled(control) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));
-    InflateRect(&box, -scaled(6), -scaled(3));
+    box.top += scaled(kLabelDrop);
     DrawTextA(dc, text, -1, &box, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
 }
 
 void onPaint(HWND control) {
     const BufferedPaint paint(control);
     RECT box = paint.box();
-    FillRect(paint.dc(), &box, GetSysColorBrush(IsWindowEnabled(control) ? COLOR_WINDOW : COLOR_BTNFACE));
+    FillRect(paint.dc(), &box, GetSysColorBrush(COLOR_BTNFACE));
+    drawLabel(control, paint.dc(), box);
+    RECT inside =
+        drawControlEdge(paint.dc(), frameBox(control), false, IsWindowEnabled(control) ? COLOR_WINDOW : COLOR_BTNFACE);
     const RECT plot = plotBox(control);
     drawGrid(paint.dc(), plot);
-    drawLabel(control, paint.dc(), box);
     drawCurve(control, paint.dc(), plot);
-    DrawEdge(paint.dc(), &box, EDGE_SUNKEN, BF_RECT);
     if (GetFocus() == control) {
-        InflateRect(&box, -2, -2);
-        DrawFocusRect(paint.dc(), &box);
+        InflateRect(&inside, -1, -1);
+        DrawFocusRect(paint.dc(), &inside);
     }
 }
 
@@ -219,6 +230,11 @@ void unregisterCurveClass(HINSTANCE module) {
 
 std::uint32_t curveValue(HWND control) {
     return static_cast<std::uint32_t>(GetWindowLongPtrA(control, GWLP_USERDATA));
+}
+
+void setCurveLabelWidth(HWND control, int width) {
+    SetWindowLongPtrA(control, kLabelWidth, width);
+    InvalidateRect(control, nullptr, FALSE);
 }
 
 void setCurveValue(HWND control, std::uint32_t value) {

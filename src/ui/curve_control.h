@@ -1,5 +1,5 @@
 // The curve control, window class "VeldranCurve": five points over its width, dragged with the mouse or chosen with
-// left and right and moved with up and down. The window text is a label drawn inside. Its parent hears of a person's
+// left and right and moved with up and down. The window text is a label at its left. Its parent hears of a person's
 // changes as WM_COMMAND with EN_CHANGE.
 #pragma once
 
@@ -19,5 +19,8 @@ void unregisterCurveClass(HINSTANCE module);
 // notify the parent.
 std::uint32_t curveValue(HWND control);
 void setCurveValue(HWND control, std::uint32_t value);
+
+// How many pixels at the left are the label's; none at first.
+void setCurveLabelWidth(HWND control, int width);
 
 } // namespace veldran

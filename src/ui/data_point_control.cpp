@@ -4,6 +4,7 @@
 #include "base/gdi.h"
 #include "render/image_view.h"
 #include "render/packed_image.h"
+#include "ui/control_edge.h"
 #include "ui/text_scale.h"
 
 #include <algorithm>
@@ -92,10 +93,7 @@ void drawPointCurve(HDC dc, const RECT& plot, std::span<const DataPoint> points,
 }
 
 void drawDataPoints(const DRAWITEMSTRUCT& item, PointsKind kind) {
-    RECT box = item.rcItem;
-    const bool pressed = (item.itemState & ODS_SELECTED) != 0;
-    DrawEdge(item.hDC, &box, pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
-    fill(item.hDC, box, GetSysColor(COLOR_BTNFACE));
+    RECT box = drawControlEdge(item.hDC, item.rcItem, (item.itemState & ODS_SELECTED) != 0, COLOR_WINDOW);
     if ((item.itemState & ODS_DISABLED) == 0) {
         RECT plot = box;
         InflateRect(&plot, -2, -2);

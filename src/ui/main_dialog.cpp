@@ -63,8 +63,7 @@ void schedulePreview(HWND dialog) {
 
 void showSelectedEffect(HWND dialog) {
     stopSounds();
-    showInstrumentControls(dialog, -1);
-    showInstrumentControls(dialog, selectedEffect(dialog));
+    showSelectedPanel(dialog);
     EnableWindow(GetDlgItem(dialog, kControlPlay), effectDescriptor(selectedEffect(dialog)).open != nullptr);
     schedulePreview(dialog);
 }
@@ -255,6 +254,16 @@ void onContextMenu(HWND dialog, HWND window) {
         showSoundInformation(dialog, parameter->control);
 }
 
+// Keys in the marker list: Space and F2 open its editor, as a double click does. Returns what WM_VKEYTOITEM asks for.
+INT_PTR onListKey(HWND dialog, WPARAM key, HWND list) {
+    constexpr INT_PTR kDone = -2;
+    constexpr INT_PTR kUsual = -1; // the list does what it does with this key
+    if (key != VK_SPACE && key != VK_F2)
+        return kUsual;
+    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_DBLCLK), reinterpret_cast<LPARAM>(list));
+    return kDone;
+}
+
 struct OpeningParameters {
     HostParams* host;
     DialogState* state;
@@ -276,6 +285,8 @@ INT_PTR dispatch(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DRAWITEM:
         onDrawItem(dialog, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
+    case WM_VKEYTOITEM:
+        return onListKey(dialog, LOWORD(wParam), reinterpret_cast<HWND>(lParam));
     case WM_CONTEXTMENU:
         onContextMenu(dialog, reinterpret_cast<HWND>(wParam));
         return TRUE;

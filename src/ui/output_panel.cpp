@@ -2,6 +2,7 @@
 #include "ui/output_panel.h"
 
 #include "instruments/effect_list.h"
+#include "instruments/effect_registry.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
@@ -49,13 +50,13 @@ struct OptionPlace {
 constexpr int kPlayWidth = 60;
 constexpr int kNoteWidth = 380;
 
-constexpr int kColumnLefts[] = {0, 140, 272, 410};
+constexpr int kColumnLefts[] = {0, 142, 264, 408};
 constexpr OptionPlace kOptionPlaces[] = {
-    {kControlTrueColour, 0, 0, 140, 0},      {kControlAlpha, 0, 1, 140, 0},
-    {kControlAlphaBackground, 0, 2, 140, 0}, {kControlAntialias, 1, 0, 140, 0},
-    {kControlDither, 1, 1, 140, 0},          {kControlSupercompress, 1, 2, 140, 0},
-    {kControlMaskBackground, 2, 0, 160, 0},  {kControlTransparent, 2, 1, 160, 0},
-    {kControlCustomPalette, 2, 2, 160, 0},   {kControlPalette, 3, 0, 380, 56},
+    {kControlTrueColour, 0, 0, 138, 0},      {kControlAlpha, 0, 1, 138, 0},
+    {kControlAlphaBackground, 0, 2, 138, 0}, {kControlAntialias, 1, 0, 118, 0},
+    {kControlDither, 1, 1, 118, 0},          {kControlSupercompress, 1, 2, 118, 0},
+    {kControlMaskBackground, 2, 0, 140, 0},  {kControlTransparent, 2, 1, 140, 0},
+    {kControlCustomPalette, 2, 2, 140, 0},   {kControlPalette, 3, 0, 380, 56},
     {kControlDelay, 3, 1, 140, 56},
 };
 
@@ -156,7 +157,7 @@ void createOutputControls(HWND dialog, std::uint32_t buttonLook) {
     createGroup(dialog, "Preview", kControlPreviewFrame);
     createChild(dialog, "STATIC", "", SS_OWNERDRAW | WS_VISIBLE, 0, kControlPreview);
     createButton(dialog, {kControlPlay, "&Play"}, buttonLook);
-    createChild(dialog, "STATIC", "", SS_LEFT | SS_NOPREFIX | WS_VISIBLE, 0, kControlSummary);
+    createChild(dialog, "STATIC", "", SS_LEFT | SS_NOPREFIX | SS_ENDELLIPSIS | WS_VISIBLE, 0, kControlSummary);
     createGroup(dialog, "Output", kControlOutputFrame);
     for (const OptionPlace& at : kOptionPlaces)
         create(at.control);
@@ -183,12 +184,19 @@ void layOutMainDialog(HWND dialog) {
     placeParameter(dialog, bind(optionRow(kControlEffect)), scaledRect(kMargin, kMargin, kEffectWidth, kControlHeight),
                    scaled(kEffectLabelWidth));
     place(dialog, kControlPanelFrame, kMargin, kPanelTop, kPanelWidth, kPanelHeight);
-    placePanels(dialog, scaledRect(kMargin + kFrameInset, kPanelTop + kFrameTop, kPanelWidth - 2 * kFrameInset,
-                                   kPanelHeight - kFrameTop - kFrameInset));
     placePreview(dialog);
     place(dialog, kControlOutputFrame, kMargin, kOutputTop, kClientWidth - 2 * kMargin, kOutputHeight);
     placeOptions(dialog);
     placeButtons(dialog);
+}
+
+void showSelectedPanel(HWND dialog) {
+    const int effect = selectedEffect(dialog);
+    showInstrumentControls(dialog, -1);
+    placePanel(dialog, effect,
+               scaledRect(kMargin + kFrameInset, kPanelTop + kFrameTop, kPanelWidth - 2 * kFrameInset,
+                          kPanelHeight - kFrameTop - kFrameInset));
+    showInstrumentControls(dialog, effect);
 }
 
 void OutputEnabling::apply(HWND dialog, int control, bool enabled) {

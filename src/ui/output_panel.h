@@ -13,8 +13,11 @@ void createOutputControls(HWND dialog, std::uint32_t buttonLook);
 void fillOutputControls(HWND dialog);
 void saveOutputControls(HWND dialog);
 
-// Sizes the dialog, places its own controls and every panel, and centres it on its owner.
+// Sizes the dialog, places its own controls, and centres it on the screen.
 void layOutMainDialog(HWND dialog);
+
+// Shows the panel of the row that the effect list shows, and hides all others.
+void showSelectedPanel(HWND dialog);
 
 // Enables what makes sense together: colour options only without true colour, the fixed palette only without a custom
 // one, background options only without supercompression.

@@ -64,7 +64,7 @@ Column makeColumn(HWND dialog, std::span<const BoundParameter> parameters) {
     return {parameters, widest + scaled(kLabelGap)};
 }
 
-// Splits a panel where both columns come out about equally high.
+// Splits a panel where both columns come out about equally high; curves stay together.
 std::array<Column, 2> splitIntoColumns(HWND dialog, std::span<const BoundParameter> parameters) {
     int cells = 0;
     for (const BoundParameter& parameter : parameters)
@@ -72,6 +72,9 @@ std::array<Column, 2> splitIntoColumns(HWND dialog, std::span<const BoundParamet
     std::size_t first = 0;
     for (int taken = 0; first < parameters.size() && taken + cellsOf(parameters[first]) <= (cells + 1) / 2; ++first)
         taken += cellsOf(parameters[first]);
+    const auto isCurve = [&](std::size_t i) { return parameters[i].row->kind == ParameterKind::Curve; };
+    while (first > 0 && first < parameters.size() && isCurve(first) && isCurve(first - 1))
+        --first;
     return {makeColumn(dialog, parameters.first(first)), makeColumn(dialog, parameters.subspan(first))};
 }
 
@@ -109,13 +112,11 @@ void createPanels(HWND dialog) {
         [dialog](const BoundParameter& parameter) { createParameter(dialog, parameter, InitialVisibility::Hidden); });
 }
 
-void placePanels(HWND dialog, const RECT& area) {
+void placePanel(HWND dialog, int effect, const RECT& area) {
     const int width = (area.right - area.left - scaled(kColumnGap)) / 2;
-    for (const std::vector<BoundParameter>& panel : panels()) {
-        const std::array<Column, 2> columns = splitIntoColumns(dialog, panel);
-        placeColumn(dialog, columns[0], area.left, area.top, width);
-        placeColumn(dialog, columns[1], area.right - width, area.top, width);
-    }
+    const std::array<Column, 2> columns = splitIntoColumns(dialog, panelOf(effect));
+    placeColumn(dialog, columns[0], area.left, area.top, width);
+    placeColumn(dialog, columns[1], area.right - width, area.top, width);
 }
 
 void fillPanels(HWND dialog) {

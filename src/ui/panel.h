@@ -15,8 +15,8 @@ std::span<const BoundParameter> panelOf(int effect);
 std::optional<BoundParameter> parameterOfControl(int control);
 
 void createPanels(HWND dialog);
-// Lays every panel out in the same area, in two columns.
-void placePanels(HWND dialog, const RECT& area);
+// Lays one effect's panel out in an area, in two columns. Done when the panel is shown: most never are.
+void placePanel(HWND dialog, int effect, const RECT& area);
 void fillPanels(HWND dialog);
 void savePanels(HWND dialog);
 

@@ -3,6 +3,7 @@
 
 #include "base/gdi.h"
 #include "base/module.h"
+#include "base/visual_styles.h"
 #include "settings/default_paths.h"
 #include "settings/marker_store.h"
 #include "settings/parameter_reader.h"
@@ -67,12 +68,19 @@ ControlClass classFor(ParameterKind kind) {
     case ParameterKind::Choice:
         return {"COMBOBOX", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0};
     case ParameterKind::Markers:
-        return {"LISTBOX", LBS_NOINTEGRALHEIGHT | LBS_NOTIFY | WS_VSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE};
+        return {"LISTBOX", LBS_NOINTEGRALHEIGHT | LBS_NOTIFY | LBS_WANTKEYBOARDINPUT | WS_VSCROLL | WS_TABSTOP,
+                WS_EX_CLIENTEDGE};
     case ParameterKind::Curve:
-        return {"VeldranCurve", WS_TABSTOP, 0};
+        return {kCurveClass, WS_TABSTOP, 0};
     default:
         return {"BUTTON", BS_OWNERDRAW | WS_TABSTOP, 0};
     }
+}
+
+// Whether the system draws the control in its own style. Making one that it does not draw costs half as much without.
+bool hasLooks(std::string_view windowClass, DWORD style) {
+    return windowClass == "BUTTON" ? (style & BS_TYPEMASK) != BS_OWNERDRAW
+                                   : windowClass != "STATIC" && windowClass != kCurveClass;
 }
 
 std::optional<PathKind> pathKindOf(ParameterKind kind) {
@@ -144,6 +152,9 @@ void move(HWND dialog, int control, int left, int top, int right, int bottom) {
 
 HWND createChild(HWND dialog, const char* windowClass, const char* text, DWORD style, DWORD extendedStyle,
                  int identity) {
+    std::optional<HostLooks> plain;
+    if (!hasLooks(windowClass, style))
+        plain.emplace();
     const HWND child =
         CreateWindowExA(extendedStyle, windowClass, text, style | WS_CHILD, 0, 0, 0, 0, dialog,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(identity)), moduleInstance(), nullptr);
@@ -187,6 +198,8 @@ void placeParameter(HWND dialog, const BoundParameter& parameter, const RECT& ce
         move(dialog, parameter.playButton(), edge, box.top, box.right, box.bottom);
         box.right = edge - scaled(kGap);
     }
+    if (parameter.row->kind == ParameterKind::Curve)
+        setCurveLabelWidth(GetDlgItem(dialog, parameter.control), labelWidth);
     if (parameter.row->kind == ParameterKind::Choice)
         box.bottom = box.top + scaled(kDropHeight);
     move(dialog, parameter.control, box.left, box.top, box.right, box.bottom);
@@ -305,6 +318,8 @@ void refreshChoiceName(HWND dialog, const BoundParameter& parameter) {
 
 std::string tipFor(const BoundParameter& parameter) {
     const ParameterRow& row = *parameter.row;
+    if (row.kind == ParameterKind::Markers)
+        return "Double-click, or press Space, to edit the markers";
     if (row.kind != ParameterKind::Number)
         return {};
     const NumberRange range = parseRange(row.range);
@@ -324,6 +339,8 @@ SIZE textExtent(HWND control, const std::string& text) {
 }
 
 int labelWidthOf(HWND dialog, const BoundParameter& parameter) {
+    if (parameter.row->kind == ParameterKind::Curve)
+        return textExtent(GetDlgItem(dialog, parameter.control), parameter.row->label).cx;
     if (parameter.label == 0)
         return 0;
     int widest = 0;

@@ -47,10 +47,10 @@ void drawParameter(const DRAWITEMSTRUCT& item, const BoundParameter& parameter);
 // A number that names a choice shows the choice's name behind its label; called when the field has changed.
 void refreshChoiceName(HWND dialog, const BoundParameter& parameter);
 
-// What a number field's tool tip says; empty for other kinds.
+// What the tool tip of a number field or of the marker list says; empty for other kinds.
 std::string tipFor(const BoundParameter& parameter);
 
-// The width of the label's text in pixels; 0 without one.
+// The width in pixels of the text beside the control; 0 without one.
 int labelWidthOf(HWND dialog, const BoundParameter& parameter);
 
 // Creates a child control with the dialog's font.

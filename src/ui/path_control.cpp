@@ -5,6 +5,7 @@
 #include "host/message_box.h"
 #include "settings/settings_table.h"
 #include "sound/wave_player.h"
+#include "ui/control_edge.h"
 #include "ui/sound_chooser.h"
 #include "ui/text_scale.h"
 
@@ -58,8 +59,9 @@ void drawDots(HDC dc, const RECT& button, COLORREF colour, int shift) {
 void drawDotsButton(const DRAWITEMSTRUCT& item, RECT button) {
     const bool pressed = (item.itemState & ODS_SELECTED) != 0;
     const bool disabled = (item.itemState & ODS_DISABLED) != 0;
-    const UINT state = (pressed ? DFCS_PUSHED : 0u) | (disabled ? DFCS_INACTIVE : 0u);
-    DrawFrameControl(item.hDC, &button, DFC_BUTTON, DFCS_BUTTONPUSH | state);
+    FillRect(item.hDC, &button, GetSysColorBrush(COLOR_3DSHADOW));
+    button.left += scaled(1); // the line between name and button
+    FillRect(item.hDC, &button, GetSysColorBrush(pressed ? COLOR_3DLIGHT : COLOR_BTNFACE));
     drawDots(item.hDC, button, GetSysColor(disabled ? COLOR_GRAYTEXT : COLOR_BTNTEXT), pressed ? 1 : 0);
 }
 
@@ -124,12 +126,11 @@ std::string chooseFile(HWND dialog, PathKind kind, const std::string& path) {
 } // namespace
 
 void drawPathControl(const DRAWITEMSTRUCT& item) {
-    RECT box = item.rcItem;
-    DrawEdge(item.hDC, &box, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
+    const bool disabled = (item.itemState & ODS_DISABLED) != 0;
+    RECT box = drawControlEdge(item.hDC, item.rcItem, false, disabled ? COLOR_BTNFACE : COLOR_WINDOW);
     RECT button = box;
     button.left = std::max<LONG>(box.left, box.right - scaled(kDotsButtonWidth));
     box.right = button.left;
-    FillRect(item.hDC, &box, GetSysColorBrush((item.itemState & ODS_DISABLED) != 0 ? COLOR_BTNFACE : COLOR_WINDOW));
     drawDotsButton(item, button);
     if ((item.itemState & ODS_FOCUS) != 0 && (item.itemState & ODS_NOFOCUSRECT) == 0) {
         RECT focus = box;

@@ -24,7 +24,7 @@ BuildContext contextFor(HWND dialog, HostParams* host) {
     return context;
 }
 
-// The first file that the effect's parameters name and that is not there; empty when all are.
+// Says that a file which the effect's parameters name is not there; empty when all are.
 std::string missingFile(HWND dialog, int effect) {
     for (const BoundParameter& parameter : panelOf(effect)) {
         const ParameterKind kind = parameter.row->kind;
@@ -35,7 +35,7 @@ std::string missingFile(HWND dialog, int effect) {
         GetDlgItemTextA(dialog, parameter.control, path, static_cast<int>(sizeof path));
         const DWORD attributes = GetFileAttributesA(path);
         if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-            return path;
+            return path[0] == '\0' ? "No file is chosen." : std::string("There is no file\n") + path;
     }
     return {};
 }
@@ -91,17 +91,27 @@ void Preview::render(HWND dialog, HostParams* host, int effect) {
     stop();
     const EffectDescriptor& descriptor = effectDescriptor(effect);
     image_.reset();
-    if (descriptor.preview == nullptr) {
-        message_ = "This instrument cannot be drawn yet.";
-    } else {
+    if (descriptor.preview != nullptr) {
         BuildContext context = contextFor(dialog, host);
-        const bool rendered = descriptor.preview(&context) != 0;
+        descriptor.preview(&context);
         image_.reset(context.previewImage);
-        const std::string missing = rendered ? std::string() : missingFile(dialog, effect);
-        message_ = missing.empty() ? "The preview cannot be drawn." : "There is no file\n" + missing;
     }
     summarize(dialog, host, effect);
+    if (summary_.empty())
+        explain(descriptor, missingFile(dialog, effect));
     InvalidateRect(GetDlgItem(dialog, kControlPreview), nullptr, FALSE);
+}
+
+// Tells why there is no animation: in the area, or below a picture that can be drawn all the same.
+void Preview::explain(const EffectDescriptor& descriptor, const std::string& missing) {
+    if (!missing.empty())
+        message_ = missing;
+    else if (descriptor.preview == nullptr)
+        message_ = "This instrument cannot be drawn yet.";
+    else
+        message_ = "The preview cannot be drawn.";
+    if (image_)
+        summary_ = message_.substr(0, message_.find('\n'));
 }
 
 void Preview::summarize(HWND dialog, HostParams* host, int effect) {

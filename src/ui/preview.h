@@ -31,12 +31,13 @@ public:
     // Draws the frame centred in the owner-drawn area, scaled down when it is too large; alpha over a checkerboard.
     void draw(const DRAWITEMSTRUCT& item) const;
 
-    // Frames, size and playing time in one line; empty when there is nothing to tell.
+    // Frames, size and playing time in one line, or the file that is missing; empty when there is nothing to tell.
     const std::string& summary() const { return summary_; }
 
 private:
     bool showFrame(HWND dialog, HostParams* host);
     unsigned delayOf(const HostParams* host, int index) const;
+    void explain(const EffectDescriptor& descriptor, const std::string& missing);
     void summarize(HWND dialog, HostParams* host, int effect);
 
     GlobalBlock image_;

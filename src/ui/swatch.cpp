@@ -3,6 +3,7 @@
 
 #include "base/gdi.h"
 #include "settings/parameter_reader.h"
+#include "ui/control_edge.h"
 
 #include <commdlg.h>
 
@@ -19,10 +20,7 @@ void fillColour(HDC dc, const RECT& box, COLORREF colour) {
 } // namespace
 
 void drawSwatch(const DRAWITEMSTRUCT& item) {
-    RECT box = item.rcItem;
-    const bool pressed = (item.itemState & ODS_SELECTED) != 0;
-    DrawEdge(item.hDC, &box, pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
-    fillColour(item.hDC, box, GetSysColor(COLOR_BTNFACE));
+    RECT box = drawControlEdge(item.hDC, item.rcItem, (item.itemState & ODS_SELECTED) != 0, COLOR_WINDOW);
     InflateRect(&box, -2, -2);
     if ((item.itemState & ODS_DISABLED) == 0)
         fillColour(item.hDC, box, readColour(GetParent(item.hwndItem), static_cast<int>(item.CtlID)));

@@ -1,6 +1,6 @@
-// Every dialog gets WM_INITDIALOG from the system before it can be seen. Just before it, the dialog is subclassed so
-// that it stays hidden; just after it, when its controls are filled, the button's message is posted into its own
-// message loop.
+// Dialogs are subclassed as they are created, so that they stay hidden. When one has handled WM_INITDIALOG, its
+// controls are filled, and the button's message is posted into its own message loop. Hooks that see every message would
+// do the same, but a dialog of many controls would open several times slower.
 #include "windows/dialog_driver.h"
 
 #include "core/failure.h"
@@ -14,6 +14,7 @@ namespace stage {
 namespace {
 
 constexpr UINT_PTR kSubclass = 1;
+constexpr wchar_t kDialogClass[] = L"#32770"; // every dialog's window class
 
 DialogDriver* activeDriver = nullptr;
 
@@ -38,10 +39,8 @@ void press(HWND dialog, int button) {
 
 DialogDriver::DialogDriver(int buildButton, int testButton) : buildButton_(buildButton), testButton_(testButton) {
     activeDriver = this;
-    const DWORD thread = GetCurrentThreadId();
-    beforeHook_ = Hook(SetWindowsHookExW(WH_CALLWNDPROC, beforeMessage, nullptr, thread));
-    afterHook_ = Hook(SetWindowsHookExW(WH_CALLWNDPROCRET, afterMessage, nullptr, thread));
-    if (beforeHook_ && afterHook_)
+    creationHook_ = Hook(SetWindowsHookExW(WH_CBT, windowIsCreated, nullptr, GetCurrentThreadId()));
+    if (creationHook_)
         return;
     activeDriver = nullptr;
     throw Failure(ExitCode::PluginFailed, "The system does not let this program operate the plugin's dialog.");
@@ -51,30 +50,16 @@ DialogDriver::~DialogDriver() {
     activeDriver = nullptr;
 }
 
-LRESULT CALLBACK DialogDriver::beforeMessage(int code, WPARAM wParam, LPARAM lParam) {
-    const auto* sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
-    if (code == HC_ACTION && sent->message == WM_INITDIALOG && activeDriver != nullptr)
-        activeDriver->dialogBegins(sent->hwnd);
-    return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
-LRESULT CALLBACK DialogDriver::afterMessage(int code, WPARAM wParam, LPARAM lParam) {
-    const auto* sent = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-    if (code == HC_ACTION && sent->message == WM_INITDIALOG && activeDriver != nullptr)
-        activeDriver->dialogIsReady(sent->hwnd);
-    return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
 // Child dialogs, such as pages inside the configuration dialog, are no windows of their own.
-void DialogDriver::dialogBegins(HWND dialog) {
-    if ((GetWindowLongW(dialog, GWL_STYLE) & WS_CHILD) != 0)
-        return;
-    SetWindowSubclass(dialog, dialogMessage, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+LRESULT CALLBACK DialogDriver::windowIsCreated(int code, WPARAM wParam, LPARAM lParam) {
+    const auto window = reinterpret_cast<HWND>(wParam);
+    if (code == HCBT_CREATEWND && activeDriver != nullptr && isOfClass(window, kDialogClass) &&
+        (reinterpret_cast<const CBT_CREATEWNDW*>(lParam)->lpcs->style & WS_CHILD) == 0)
+        SetWindowSubclass(window, dialogMessage, kSubclass, reinterpret_cast<DWORD_PTR>(activeDriver));
+    return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
 void DialogDriver::dialogIsReady(HWND dialog) {
-    if ((GetWindowLongW(dialog, GWL_STYLE) & WS_CHILD) != 0)
-        return;
     if (configuration_ == nullptr && GetDlgItem(dialog, testButton_) != nullptr)
         configuration_ = dialog;
     if (dialog == configuration_)
@@ -102,6 +87,8 @@ LRESULT CALLBACK DialogDriver::dialogMessage(HWND window, UINT message, WPARAM w
     if (message == WM_NCDESTROY)
         RemoveWindowSubclass(window, dialogMessage, kSubclass);
     const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+    if (message == WM_INITDIALOG)
+        self->dialogIsReady(window);
     if (message == WM_WINDOWPOSCHANGING)
         reinterpret_cast<WINDOWPOS*>(lParam)->flags &= ~static_cast<UINT>(SWP_SHOWWINDOW);
     // The build is over when its button has been handled. A dialog that closed itself is past hearing this.

@@ -22,11 +22,9 @@ public:
     const std::vector<std::string>& messages() const { return messages_; }
 
 private:
-    static LRESULT CALLBACK beforeMessage(int code, WPARAM wParam, LPARAM lParam);
-    static LRESULT CALLBACK afterMessage(int code, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK windowIsCreated(int code, WPARAM wParam, LPARAM lParam);
     static LRESULT CALLBACK dialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                           DWORD_PTR driver);
-    void dialogBegins(HWND dialog);
     void dialogIsReady(HWND dialog);
     void answerMessageBox(HWND box);
 
@@ -34,8 +32,7 @@ private:
     int testButton_;
     HWND configuration_ = nullptr;
     std::vector<std::string> messages_;
-    Hook beforeHook_;
-    Hook afterHook_;
+    Hook creationHook_;
 };
 
 } // namespace stage

@@ -1,6 +1,7 @@
 // The configuration file as a person finds it after a session, and what the dialog makes of a file that a person wrote.
 // Runs in a folder of its own; the person's settings are moved aside.
 #include "recording_host.h"
+#include "settings_folder.h"
 
 #include <gtest/gtest.h>
 

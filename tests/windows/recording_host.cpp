@@ -1,15 +1,16 @@
-// Dialogs are noticed with a hook when they have been initialised; steps run from a timer in the dialog's own message
-// loop, as a person's input would.
+// Dialogs are subclassed as they are created and noticed when they have been initialised; steps run from a timer in the
+// dialog's own message loop, as a person's input would.
 #include "recording_host.h"
+
+#include "settings_folder.h"
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
 
-#include <shlobj.h>
+#include <commctrl.h>
 
 namespace recording {
 namespace {
@@ -53,17 +54,30 @@ void readMessageBox(HWND box) {
     PostMessageA(box, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), reinterpret_cast<LPARAM>(GetDlgItem(box, IDOK)));
 }
 
-LRESULT CALLBACK afterMessage(int code, WPARAM wParam, LPARAM lParam) {
-    const auto* sent = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-    if (code == HC_ACTION && sent->message == WM_INITDIALOG) {
-        if (GetDlgItem(sent->hwnd, kTest) == nullptr)
-            readMessageBox(sent->hwnd);
-        else {
-            ++current->recording.dialogsOpened;
-            current->dialog = sent->hwnd;
-            current->timer = SetTimer(nullptr, 0, 0, runStep);
-        }
+void dialogIsReady(HWND dialog) {
+    if (GetDlgItem(dialog, kTest) == nullptr) {
+        readMessageBox(dialog);
+        return;
     }
+    ++current->recording.dialogsOpened;
+    current->dialog = dialog;
+    current->timer = SetTimer(nullptr, 0, 0, runStep);
+}
+
+LRESULT CALLBACK dialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+    const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+    if (message == WM_INITDIALOG)
+        dialogIsReady(window);
+    if (message == WM_NCDESTROY)
+        RemoveWindowSubclass(window, dialogMessage, 0);
+    return result;
+}
+
+LRESULT CALLBACK windowIsCreated(int code, WPARAM wParam, LPARAM lParam) {
+    char className[16] = "";
+    if (code == HCBT_CREATEWND && GetClassNameA(reinterpret_cast<HWND>(wParam), className, sizeof className) != 0 &&
+        lstrcmpA(className, "#32770") == 0)
+        SetWindowSubclass(reinterpret_cast<HWND>(wParam), dialogMessage, 0, 0);
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
@@ -132,58 +146,6 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
     return refused ? 0 : 1;
 }
 
-// The plugin's folder below the application data. The person's own one is moved aside while the object lives.
-class SettingsFolder {
-public:
-    explicit SettingsFolder(const std::optional<std::string>& settings) {
-        if (GetFileAttributesA(aside_.c_str()) == INVALID_FILE_ATTRIBUTES)
-            MoveFileA(path_.c_str(), aside_.c_str());
-        else
-            clear(); // left over from tests that were killed
-        if (!settings)
-            return;
-        CreateDirectoryA(path_.c_str(), nullptr);
-        std::ofstream(file(), std::ios::binary) << *settings;
-    }
-    SettingsFolder(const SettingsFolder&) = delete;
-    SettingsFolder& operator=(const SettingsFolder&) = delete;
-    ~SettingsFolder() {
-        clear();
-        MoveFileA(aside_.c_str(), path_.c_str());
-    }
-
-    std::string read() const {
-        std::ifstream stream(file(), std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(stream), {});
-    }
-
-    std::vector<std::string> names() const {
-        std::vector<std::string> names;
-        WIN32_FIND_DATAA found{};
-        const HANDLE search = FindFirstFileA((path_ + "\\*").c_str(), &found);
-        if (search == INVALID_HANDLE_VALUE)
-            return names;
-        do {
-            if (found.cFileName[0] != '.')
-                names.push_back(found.cFileName);
-        } while (FindNextFileA(search, &found));
-        FindClose(search);
-        return names;
-    }
-
-private:
-    std::string file() const { return path_ + "\\VELDRAN1.INI"; }
-    void clear() const {
-        for (const std::string& name : names())
-            if (const std::string path = path_ + '\\' + name; !DeleteFileA(path.c_str()))
-                RemoveDirectoryA(path.c_str());
-        RemoveDirectoryA(path_.c_str());
-    }
-
-    std::string path_ = specialFolder(CSIDL_APPDATA) + "\\Korvel";
-    std::string aside_ = path_ + " (moved aside by a test)";
-};
-
 void notify(HWND dialog, int control, int code) {
     SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
 }
@@ -196,7 +158,7 @@ void invoke(HMODULE library) {
     params.version = current->session->version;
     params.message = onMessage;
     params.flags = current->session->flags;
-    const HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROCRET, afterMessage, nullptr, GetCurrentThreadId());
+    const HHOOK hook = SetWindowsHookExA(WH_CBT, windowIsCreated, nullptr, GetCurrentThreadId());
     current->nextStep = 0;
     current->recording.result = doBuild(nullptr, &params);
     KillTimer(nullptr, current->timer);
@@ -323,12 +285,6 @@ std::vector<std::string> split(const std::string& text, char separator) {
     for (std::string part; std::getline(stream, part, separator);)
         parts.push_back(part);
     return parts;
-}
-
-std::string specialFolder(int identity) {
-    char path[MAX_PATH] = "";
-    SHGetSpecialFolderPathA(nullptr, path, identity, FALSE);
-    return path;
 }
 
 } // namespace recording

@@ -111,7 +111,4 @@ Step pressing(int button);
 // The parts of a text between separators.
 std::vector<std::string> split(const std::string& text, char separator);
 
-// A special folder's path without a backslash at its end.
-std::string specialFolder(int identity);
-
 } // namespace recording

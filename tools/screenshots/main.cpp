@@ -2,6 +2,7 @@
 // every one: screenshots FOLDER. Works through a timer while the dialogs run their own loops; never builds anything.
 #include "base/gdi.h"
 #include "base/module.h"
+#include "base/visual_styles.h"
 #include "instruments/effect_list.h"
 #include "settings/output_options.h"
 #include "ui/main_dialog.h"
@@ -135,15 +136,16 @@ void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
     }
 }
 
-LRESULT CALLBACK onMessage(int code, WPARAM wParam, LPARAM lParam) {
-    const auto* message = reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-    if (code == HC_ACTION && message->message == WM_INITDIALOG && session.dialog == nullptr)
-        session.dialog = message->hwnd;
+// The first window to become active is the main dialog, once it stands.
+LRESULT CALLBACK onActivation(int code, WPARAM wParam, LPARAM lParam) {
+    if (code == HCBT_ACTIVATE && session.dialog == nullptr)
+        session.dialog = reinterpret_cast<HWND>(wParam);
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
 void photographAll(int percent) {
     forceTextSize(percent);
+    const VisualStyles looks;
     const CurrentFonts fonts;
     session.current = 0;
     session.dialog = nullptr;
@@ -169,7 +171,7 @@ int main(int argc, char** argv) {
     setModuleInstance(GetModuleHandleA(nullptr));
     INITCOMMONCONTROLSEX classes{sizeof classes, ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
-    const HHOOK hook = SetWindowsHookExA(WH_CALLWNDPROCRET, onMessage, nullptr, GetCurrentThreadId());
+    const HHOOK hook = SetWindowsHookExA(WH_CBT, onActivation, nullptr, GetCurrentThreadId());
     for (const int percent : kTextSizes)
         photographAll(percent);
     UnhookWindowsHookEx(hook);
