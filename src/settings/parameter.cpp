@@ -2,6 +2,7 @@
 #include "settings/parameter.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 
 namespace veldran {
@@ -10,6 +11,17 @@ NumberRange parseRange(const char* text) {
     NumberRange range{0, 100};
     std::sscanf(text, "%d,%d", &range.minimum, &range.maximum);
     return range;
+}
+
+std::int64_t fieldInteger(std::string_view text, NumberRange range) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    if (range.minimum >= 0 && text.starts_with('-'))
+        return 0;
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range)
+        return text.starts_with('-') ? INT64_MIN : INT64_MAX;
+    return value;
 }
 
 int clampToRange(std::int64_t value, NumberRange range) {

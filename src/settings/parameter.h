@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 namespace veldran {
 
@@ -99,6 +100,10 @@ struct NumberRange {
 
 // Parses "minimum,maximum,default". What cannot be read keeps the value of a field without a spinner: 0 to 100.
 NumberRange parseRange(const char* text);
+
+// The integer that a field's text begins with, after blanks; a sign counts only where the range reaches below 0. 0 when
+// no integer stands there; what is too large for the type is kept at its nearest.
+std::int64_t fieldInteger(std::string_view text, NumberRange range);
 
 // The value of a number field whose text, read as an integer, is `value`: clamped to the range. `value` is wider than
 // the range's type because a field may hold any unsigned 32-bit number.

@@ -23,9 +23,9 @@ std::string spinnerRangeText(HWND dialog, int controlId) {
 
 int readParameter(HWND dialog, int controlId) {
     const NumberRange range = parseRange(spinnerRangeText(dialog, controlId).c_str());
-    const bool isSigned = range.minimum < 0;
-    const UINT value = GetDlgItemInt(dialog, static_cast<int>(controlId), nullptr, isSigned);
-    return clampToRange(isSigned ? std::int64_t{static_cast<int>(value)} : std::int64_t{value}, range);
+    char text[64] = ""; // more digits than any number needs
+    GetDlgItemTextA(dialog, controlId, text, static_cast<int>(sizeof text));
+    return clampToRange(fieldInteger(text, range), range);
 }
 
 bool isChecked(HWND dialog, int controlId) {

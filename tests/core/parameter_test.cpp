@@ -35,6 +35,18 @@ TEST(Parameter, FieldsAreClampedToTheirRange) {
         EXPECT_EQ(clampToRange(c.value, parseRange(c.range)), c.clamped) << c.range << " " << c.value;
 }
 
+TEST(Parameter, FieldsBeginWithTheirInteger) {
+    const NumberRange counting{0, 100};
+    const NumberRange both{-100, 100};
+    EXPECT_EQ(fieldInteger("  42 frames", counting), 42);
+    EXPECT_EQ(fieldInteger("frames", counting), 0);
+    EXPECT_EQ(fieldInteger("", counting), 0);
+    EXPECT_EQ(fieldInteger("-7", counting), 0);
+    EXPECT_EQ(fieldInteger("-7", both), -7);
+    EXPECT_EQ(fieldInteger(std::string(30, '9'), counting), INT64_MAX);
+    EXPECT_EQ(fieldInteger("-" + std::string(30, '9'), both), INT64_MIN);
+}
+
 // The sum is that of "name|key stem|first control|last control|spinners" and a line feed for each row, computed by a
 // script from a list of its own.
 TEST(EffectList, StandsInTheOrderThatSettingsStore) {

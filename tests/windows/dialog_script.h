@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include <commctrl.h>
 #include <windows.h>
 
 namespace dialog_script {
@@ -100,8 +101,11 @@ inline std::vector<std::string> layoutFaults(HWND dialog, const std::string& sha
         const LONG type = name == "BUTTON" ? style & BS_TYPEMASK : -1;
         if (type != BS_GROUPBOX) {
             RECT shared;
+            const HWND buddy = name == "MSCTLS_UPDOWN32" // the system lets it lie on its field's edge
+                                   ? reinterpret_cast<HWND>(SendMessageA(child, UDM_GETBUDDY, 0, 0))
+                                   : nullptr;
             for (const auto& [other, otherBox] : solid)
-                if (IntersectRect(&shared, &box, &otherBox))
+                if (other != buddy && IntersectRect(&shared, &box, &otherBox))
                     faults.push_back("lies on \"" + textOf(other) + "\": " + called);
             solid[child] = box;
         }

@@ -2,6 +2,9 @@
 // Never asserts anything itself.
 #pragma once
 
+#include <algorithm>
+#include <climits>
+#include <cstddef>
 #include <cstdint>
 
 #include <windows.h>
@@ -69,6 +72,30 @@ inline std::size_t heapBytes() {
             bytes += entry.cbData;
     HeapUnlock(heap);
     return bytes;
+}
+
+struct Growth {
+    int drawing = INT_MAX;
+    int user = INT_MAX;
+    std::ptrdiff_t heap = PTRDIFF_MAX;
+};
+
+// Does `act` `times` times in each of some batches and returns the least that the counts grew by in any of them. What
+// the system loads once, such as the pictures of a theme, shows in one batch; what is lost shows in all of them.
+template <class Act>
+Growth leastGrowth(int batches, int times, Act act) {
+    Growth least;
+    for (int batch = 0; batch < batches; ++batch) {
+        const int drawing = drawingObjects();
+        const int user = userObjects();
+        const std::size_t heap = heapBytes();
+        for (int i = 0; i < times; ++i)
+            act();
+        least.drawing = std::min(least.drawing, drawingObjects() - drawing);
+        least.user = std::min(least.user, userObjects() - user);
+        least.heap = std::min(least.heap, static_cast<std::ptrdiff_t>(heapBytes() - heap));
+    }
+    return least;
 }
 
 } // namespace object_count

@@ -1,6 +1,7 @@
 // The advanced dialog as a person uses it: opened for real and driven from a timer inside its modal loop. Also push
 // buttons of every look, and what the host is asked when help is wanted.
 #include "base/module.h"
+#include "dialog_script.h"
 #include "object_count.h"
 #include "settings/settings_store.h"
 #include "ui/advanced_dialog.h"
@@ -10,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -20,9 +20,9 @@
 namespace veldran {
 namespace {
 
-using Script = std::function<void(HWND dialog)>;
+using dialog_script::Script;
+using dialog_script::textOf;
 
-const Script* currentScript = nullptr;
 std::string askedDocument;
 std::intptr_t hostAnswer = 1;
 
@@ -30,35 +30,6 @@ std::intptr_t PLUGIN16_CALL answerHost(HostTaskInfo*, std::uint32_t command, std
     if (command == kHostShowHelp)
         askedDocument = reinterpret_cast<const char*>(lParam);
     return hostAnswer;
-}
-
-BOOL CALLBACK findDialog(HWND window, LPARAM found) {
-    char name[16] = "";
-    GetClassNameA(window, name, static_cast<int>(sizeof name));
-    if (lstrcmpA(name, "#32770") == 0)
-        *reinterpret_cast<HWND*>(found) = window;
-    return TRUE;
-}
-
-HWND openDialog() {
-    HWND dialog = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), findDialog, reinterpret_cast<LPARAM>(&dialog));
-    return dialog;
-}
-
-void CALLBACK runScript(HWND, UINT, UINT_PTR timer, DWORD) {
-    const HWND dialog = openDialog();
-    if (dialog == nullptr)
-        return;
-    KillTimer(nullptr, timer);
-    (*currentScript)(dialog);
-    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); // not received once the script has closed the dialog
-}
-
-std::string textOf(HWND window) {
-    char text[400] = "";
-    GetWindowTextA(window, text, static_cast<int>(sizeof text));
-    return text;
 }
 
 // The control that follows the label with this text, as a person finds it; an "&" in the label does not count.
@@ -86,9 +57,7 @@ protected:
     void TearDown() override { forceTextSize(0); }
 
     bool drive(const Script& script) {
-        currentScript = &script;
-        SetTimer(nullptr, 0, 1, runScript);
-        return runAdvancedDialog(nullptr, &host_);
+        return dialog_script::drive(script, [this] { return runAdvancedDialog(nullptr, &host_); });
     }
 
     HostParams host_{};
@@ -171,34 +140,11 @@ TEST_F(Advanced, FontListShowsFamiliesInOrderAndKeepsAMissingFont) {
     });
 }
 
-TEST_F(Advanced, LabelsFitAtEveryTextSize) {
+TEST_F(Advanced, ReadsWellAtEveryTextSize) {
     for (const int percent : {100, 150, 200}) {
         forceTextSize(percent);
         drive([&](HWND dialog) {
-            std::set<char> mnemonics;
-            RECT client{};
-            GetClientRect(dialog, &client);
-            for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-                char name[16] = "";
-                GetClassNameA(child, name, static_cast<int>(sizeof name));
-                const std::string text = textOf(child);
-                RECT box{};
-                GetWindowRect(child, &box);
-                MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&box), 2);
-                EXPECT_TRUE(box.left >= 0 && box.right <= client.right) << percent << text;
-                if (const std::size_t at = text.find('&'); at != std::string::npos) {
-                    EXPECT_TRUE(mnemonics.insert(static_cast<char>(text[at + 1] | 0x20)).second) << text;
-                }
-                if (lstrcmpiA(name, "STATIC") != 0)
-                    continue;
-                const HDC dc = GetDC(child);
-                const HGDIOBJ old = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageA(child, WM_GETFONT, 0, 0)));
-                RECT needed{};
-                DrawTextA(dc, text.c_str(), -1, &needed, DT_CALCRECT | DT_SINGLELINE);
-                SelectObject(dc, old);
-                ReleaseDC(child, dc);
-                EXPECT_LE(needed.right, box.right - box.left) << percent << text;
-            }
+            EXPECT_EQ(dialog_script::layoutFaults(dialog), std::vector<std::string>()) << percent;
         });
     }
 }
@@ -233,12 +179,9 @@ TEST_F(Advanced, OpeningsLeaveNothingBehind) {
     host_.buttonStyle = 3;
     const auto open = [this] { drive([](HWND dialog) { RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW); }); };
     open();
-    const int drawn = object_count::drawingObjects();
-    const int windows = object_count::userObjects();
-    for (int i = 0; i < 50; ++i)
-        open();
-    EXPECT_LE(object_count::drawingObjects(), drawn);
-    EXPECT_LE(object_count::userObjects(), windows);
+    const object_count::Growth growth = object_count::leastGrowth(5, 10, open);
+    EXPECT_LE(growth.drawing, 0);
+    EXPECT_LE(growth.user, 0);
 }
 
 // A button's picture in a state, by its colours.
@@ -304,9 +247,7 @@ TEST_F(Advanced, HelpSaysWhenTheHostCannotShowIt) {
     for (HostParams* host : {&host_, &deaf, static_cast<HostParams*>(nullptr)}) {
         std::string said;
         const Script read = [&said](HWND message) { said = textOf(GetDlgItem(message, 20)); };
-        currentScript = &read;
-        SetTimer(nullptr, 0, 1, runScript);
-        showHelp(nullptr, host, "RADAR");
+        dialog_script::drive(read, [host] { showHelp(nullptr, host, "RADAR"); });
         EXPECT_EQ(said, "There has been an error displaying the Help document.");
     }
 }

@@ -2,6 +2,8 @@
 // curve control and the markers' file.
 #include "base/file.h"
 #include "base/module.h"
+#include "dialog_script.h"
+#include "object_count.h"
 #include "resources/resource_ids.h"
 #include "settings/marker_store.h"
 #include "settings/parameter_reader.h"
@@ -13,10 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <cstring>
 #include <functional>
-#include <set>
 #include <string>
 
 #include <commctrl.h>
@@ -29,27 +28,7 @@ constexpr int kPoints = 101;
 constexpr int kCurve = 102;
 
 using Lines = std::vector<std::string>;
-using Script = std::function<void(HWND editor)>;
-
-const Script* currentScript = nullptr;
-
-BOOL CALLBACK findDialog(HWND window, LPARAM found) {
-    char name[16] = "";
-    GetClassNameA(window, name, static_cast<int>(sizeof name));
-    if (lstrcmpA(name, "#32770") == 0)
-        *reinterpret_cast<HWND*>(found) = window;
-    return TRUE;
-}
-
-void CALLBACK runScript(HWND owner, UINT, UINT_PTR timer, DWORD) {
-    HWND editor = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), findDialog, reinterpret_cast<LPARAM>(&editor));
-    if (editor == nullptr)
-        return;
-    KillTimer(owner, timer);
-    (*currentScript)(editor);
-    PostMessageA(editor, WM_COMMAND, IDCANCEL, 0); // goes with the window when OK has been pressed
-}
+using dialog_script::Script;
 
 void press(HWND window, int control) {
     SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(control), 0);
@@ -104,11 +83,7 @@ protected:
         for (const std::string& line : lines)
             SendDlgItemMessageA(owner_, kList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
     }
-    bool drive(const Script& script, const std::function<bool()>& open) {
-        currentScript = &script;
-        SetTimer(owner_, 1, 1, runScript);
-        return open();
-    }
+    bool drive(const Script& script, const std::function<bool()>& open) { return dialog_script::drive(script, open); }
     bool driveMarkers(const Script& script) {
         return drive(script, [this] { return editMarkers(owner_, kList, nullptr); });
     }
@@ -307,34 +282,6 @@ TEST_F(Editors, DataPointsAreDrawnWithTheMouse) {
     EXPECT_EQ(std::count(text.begin(), text.end(), ';'), 2) << text;
 }
 
-// Every label in its control, every control in the dialog, every mnemonic once, at each size of text.
-void checkLayout(HWND editor, int percent) {
-    std::set<char> mnemonics;
-    RECT client{};
-    GetClientRect(editor, &client);
-    for (HWND control = GetWindow(editor, GW_CHILD); control != nullptr; control = GetWindow(control, GW_HWNDNEXT)) {
-        char text[128] = "";
-        GetWindowTextA(control, text, static_cast<int>(sizeof text));
-        RECT box{};
-        GetWindowRect(control, &box);
-        MapWindowPoints(nullptr, editor, reinterpret_cast<POINT*>(&box), 2);
-        EXPECT_TRUE(box.left >= 0 && box.top >= 0 && box.right <= client.right && box.bottom <= client.bottom)
-            << text << " " << GetDlgCtrlID(control) << " at " << percent;
-        if ((SendMessageA(control, WM_GETDLGCODE, 0, 0) & (DLGC_STATIC | DLGC_BUTTON)) == 0)
-            continue;
-        const HDC dc = GetDC(control);
-        const HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageA(control, WM_GETFONT, 0, 0)));
-        RECT needed{};
-        DrawTextA(dc, text, -1, &needed, DT_CALCRECT | DT_SINGLELINE);
-        SelectObject(dc, previous);
-        ReleaseDC(control, dc);
-        EXPECT_TRUE(needed.right <= box.right - box.left && needed.bottom <= box.bottom - box.top) << text;
-        if (const char* mnemonic = std::strchr(text, '&')) {
-            EXPECT_TRUE(mnemonics.insert(static_cast<char>(std::toupper(mnemonic[1]))).second) << text;
-        }
-    }
-}
-
 TEST_F(Editors, FitTheirTextAndFreeWhatTheyDraw) {
     setMarkers({"A,0,10", "B,90,50"});
     const auto openAll = [this](const Script& script) {
@@ -344,18 +291,17 @@ TEST_F(Editors, FitTheirTextAndFreeWhatTheyDraw) {
     };
     for (const int percent : {100, 150, 200}) {
         forceTextSize(percent);
-        openAll([percent](HWND editor) { checkLayout(editor, percent); });
+        openAll([percent](HWND editor) {
+            EXPECT_EQ(dialog_script::layoutFaults(editor), std::vector<std::string>()) << percent;
+        });
     }
     const auto paint = [](HWND editor) {
         RedrawWindow(editor, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     };
     openAll(paint); // what the system keeps from the first time is no leak
-    const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-    for (int i = 0; i < 50; ++i)
-        openAll(paint);
-    EXPECT_EQ(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdi);
-    EXPECT_EQ(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user);
+    const object_count::Growth growth = object_count::leastGrowth(5, 10, [&] { openAll(paint); });
+    EXPECT_LE(growth.drawing, 0);
+    EXPECT_LE(growth.user, 0);
 }
 
 // Client area 115 x 77 with a margin of 7: points at x = 7, 32, 57, 82, 107 and heights of two pixels each, 0 at y

@@ -23,6 +23,7 @@ using namespace veldran;
 namespace {
 
 constexpr int kTextSizes[] = {100, 150};
+constexpr int kMeter = 3;    // an instrument with a sound
 constexpr UINT kPause = 500; // milliseconds until a dialog has painted itself and its preview
 
 // One picture: the effect that the main dialog shows, and the control that is activated to open another dialog.
@@ -30,8 +31,10 @@ struct Shot {
     std::string name;
     int effect;
     int control; // 0: the main dialog itself
-    int code;    // the notification that opens the dialog
+    int code;    // the notification that opens the dialog; kRightClick for a click of the right button
 };
+
+constexpr int kRightClick = -1;
 
 enum class Phase { Show, Photograph, Close };
 
@@ -59,6 +62,12 @@ std::vector<Shot> allShots() {
             if (parameter.row->kind == ParameterKind::Points)
                 shots.push_back({std::string("editor-") + number, effect, parameter.control, BN_CLICKED});
         }
+    }
+    for (const BoundParameter& parameter : panelOf(kMeter)) {
+        if (parameter.row->kind != ParameterKind::PlayableSound)
+            continue;
+        shots.push_back({"sound-chooser", kMeter, parameter.control, BN_CLICKED});
+        shots.push_back({"message", kMeter, parameter.control, kRightClick}); // there is no such sound
     }
     shots.push_back({"advanced", 15, kControlAdvanced, BN_CLICKED});
     return shots;
@@ -104,9 +113,12 @@ void photograph(HWND window, const std::string& path) {
 void show(const Shot& shot) {
     SendDlgItemMessageA(session.dialog, kControlEffect, CB_SETCURSEL, static_cast<WPARAM>(shot.effect), 0);
     SendMessageA(session.dialog, WM_COMMAND, MAKEWPARAM(kControlEffect, CBN_SELCHANGE), 0);
-    if (shot.control != 0)
+    const HWND control = shot.control != 0 ? GetDlgItem(session.dialog, shot.control) : nullptr;
+    if (control != nullptr && shot.code == kRightClick)
+        PostMessageA(session.dialog, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(control), 0);
+    else if (control != nullptr)
         PostMessageA(session.dialog, WM_COMMAND, MAKEWPARAM(shot.control, shot.code),
-                     reinterpret_cast<LPARAM>(GetDlgItem(session.dialog, shot.control)));
+                     reinterpret_cast<LPARAM>(control));
 }
 
 void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
@@ -129,7 +141,7 @@ void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
         break;
     case Phase::Close:
         if (popup != session.dialog)
-            PostMessageA(popup, WM_COMMAND, IDCANCEL, 0);
+            PostMessageA(popup, WM_COMMAND, shot.code == kRightClick ? IDOK : IDCANCEL, 0);
         ++session.current;
         session.phase = Phase::Show;
         break;
