@@ -1,0 +1,113 @@
+// Altimeter: numbers only.
+#include "instruments/altimeter_model.h"
+
+#include "instruments/point_table.h"
+
+#include <cmath>
+#include <cstdio>
+#include <span>
+
+namespace veldran {
+namespace {
+
+constexpr double kFullScaleFeet = fullScale(PointsKind::Altitude);
+constexpr CanvasPoint kPivot{384, 384}; // the middle of the face
+
+double altitudeAt(const PointStretch& stretch, std::int64_t index) {
+    const auto frames = static_cast<double>(stretch.frames);
+    return stretch.from + static_cast<double>(index) * (stretch.to - stretch.from) / frames;
+}
+
+int degreesOf(double feet, double turn) {
+    return towardsZero(feet / turn * 360);
+}
+
+// A corner of the right half of a pointer that points up.
+struct OutlineCorner {
+    double right;
+    double up;
+};
+
+// From the tip down. At an eighth of the face's size (96 pixels) the widths come to about 8.5, 5.5 and 2 pixels, which
+// keeps the three apart. Only the long one has a counterweight; the other tails end under the hub.
+constexpr OutlineCorner kTenThousandsOutline[] = {{0, 142}, {34, 86}, {18, 26}, {18, -30}};
+constexpr OutlineCorner kThousandsOutline[] = {{0, 208}, {22, 152}, {12, 30}, {12, -40}};
+constexpr OutlineCorner kHundredsOutline[] = {{0, 290}, {8, 262}, {9, 0}, {9, -56}, {15, -64}, {15, -96}};
+
+// Clockwise about the pivot.
+CanvasPoint turned(CanvasPoint pivot, OutlineCorner corner, int degrees) {
+    const double sine = sineOfDegrees(degrees);
+    const double cosine = cosineOfDegrees(degrees);
+    return {pivot.x + static_cast<int>(std::lround(corner.right * cosine + corner.up * sine)),
+            pivot.y + static_cast<int>(std::lround(corner.right * sine - corner.up * cosine))};
+}
+
+// Down the right side, up the left one.
+std::vector<CanvasPoint> pointer(CanvasPoint pivot, std::span<const OutlineCorner> outline, int degrees) {
+    std::vector<CanvasPoint> polygon;
+    for (const OutlineCorner& corner : outline)
+        polygon.push_back(turned(pivot, corner, degrees));
+    for (std::size_t i = outline.size() - 1; i > 0; --i)
+        polygon.push_back(turned(pivot, {-outline[i].right, outline[i].up}, degrees));
+    return polygon;
+}
+
+constexpr int kHubRadius = 42;
+constexpr int kHubStep = 3;
+
+// From light grey at the rim, 200, to dark at the middle, 31.
+int hubGrey(int disc) {
+    return (51000 - 184 * (255 * disc / 12)) / 255;
+}
+
+constexpr CanvasRect kPressureWindow{570, 289, 750, 469};
+
+DrumText drumText(int pad, const char* format, double inches, CanvasPoint offset, int escapement) {
+    char text[32]; // ten digits at most before the point
+    std::snprintf(text, sizeof text, format, inches);
+    const int x = pad + offset.x;
+    const int y = pad + offset.y;
+    return {text,
+            {kPressureWindow.left + x, kPressureWindow.top + y, kPressureWindow.right + x, kPressureWindow.bottom + y},
+            escapement};
+}
+
+} // namespace
+
+std::vector<int> altimeterAltitudes(std::string_view points, int frames) {
+    std::vector<int> altitudes;
+    for (const double altitude : pointTable(parseDataPoints(points), frames, altitudeAt))
+        altitudes.push_back(towardsZero(altitude * kFullScaleFeet));
+    return altitudes;
+}
+
+AltimeterAngles altimeterAngles(int feet) {
+    const double h = feet;
+    return {degreesOf(std::fmod(h, 1000), 1000), degreesOf(std::fmod(h, 10000), 10000), degreesOf(h, 100000)};
+}
+
+AltimeterPointers altimeterPointers(int pad, const AltimeterAngles& angles) {
+    const CanvasPoint pivot{kPivot.x + pad, kPivot.y + pad};
+    return {pointer(pivot, kTenThousandsOutline, angles.tenThousands),
+            pointer(pivot, kThousandsOutline, angles.thousands), pointer(pivot, kHundredsOutline, angles.hundreds)};
+}
+
+std::array<HubDisc, 12> altimeterHub(int pad) {
+    std::array<HubDisc, 12> hub{};
+    for (int i = 0; i < static_cast<int>(hub.size()); ++i) {
+        const int radius = kHubRadius - i * kHubStep;
+        const int grey = hubGrey(i);
+        const CanvasPoint corner{kPivot.x + pad - radius, kPivot.y + pad - radius};
+        hub[static_cast<std::size_t>(i)] = {rectAt(corner, 2 * radius, 2 * radius), makeColour(grey, grey, grey)};
+    }
+    return hub;
+}
+
+// Tilted text turns about its upper left corner; the offsets bring the three columns of figures under each other.
+std::array<DrumText, 3> altimeterDrum(int pad, std::uint32_t pressureTenths) {
+    const double inches = pressureTenths / 10.0;
+    return {drumText(pad, "  %02.1f", inches, {2, 0}, 0), drumText(pad, " %02.1f", inches - 0.1, {7, -30}, 70),
+            drumText(pad, " %02.1f", inches + 0.1, {11, 30}, -70)};
+}
+
+} // namespace veldran

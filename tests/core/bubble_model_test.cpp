@@ -1,0 +1,124 @@
+// The bubble chamber's numbers. The random numbers were recorded from the rand of Windows' C runtime; bubbles and
+// places were computed by a script. Draws nothing.
+#include "instruments/bubble_model.h"
+
+#include "base/runtime_random.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace veldran {
+namespace {
+
+constexpr BubbleParameters kDefault{10632, 18, 60, 140, 128, 12, 25};
+
+std::array<int, 6> valuesOf(const Bubble& b) {
+    return {b.x, b.y, b.diameter, b.speed, b.level, static_cast<int>(b.angle)};
+}
+
+CanvasPoint sumOf(const std::vector<BubblePlace>& places) {
+    return std::accumulate(places.begin(), places.end(), CanvasPoint{}, [](CanvasPoint sum, const BubblePlace& place) {
+        return CanvasPoint{sum.x + place.centre.x, sum.y + place.centre.y};
+    });
+}
+
+TEST(RuntimeRandom, GivesTheNumbersOfTheRuntime) {
+    const struct {
+        std::uint32_t seed;
+        std::array<int, 6> first;
+        long sumOfTheNext9994;
+    } cases[] = {{1, {41, 18467, 6334, 26500, 19169, 15724}, 164989564},
+                 {10632, {1990, 22760, 29781, 23812, 31682, 14357}, 163169231},
+                 {32760, {8714, 584, 15015, 16819, 10697, 4299}, 164649591},
+                 {0xFFFFFFFF, {35, 29739, 3374, 11141, 31308, 7870}, 163720364}};
+    for (const auto& c : cases) {
+        RuntimeRandom random(c.seed);
+        for (const int number : c.first)
+            EXPECT_EQ(random.next(), number) << c.seed;
+        long sum = 0;
+        for (int i = 0; i < 9994; ++i)
+            sum += random.next();
+        EXPECT_EQ(sum, c.sumOfTheNext9994) << c.seed;
+    }
+}
+
+TEST(BubbleModel, SeedGivesTheBubbles) {
+    const BubbleSet set = makeBubbleSet(kDefault);
+    ASSERT_EQ(set.bubbles.size(), 40u);
+    EXPECT_EQ(valuesOf(set.bubbles[0]), (std::array{82, 80, 24, 1, 255, 2}));
+    EXPECT_EQ(valuesOf(set.bubbles[9]), (std::array{74, 75, 17, 2, 160, 132}));
+    EXPECT_EQ(valuesOf(set.bubbles[39]), (std::array{85, 8, 12, 4, 128, 30}));
+
+    const BubbleSet dense = makeBubbleSet({32760, 256, 400, 400, 64, 10, 0});
+    ASSERT_EQ(dense.bubbles.size(), 576u);
+    EXPECT_EQ(valuesOf(dense.bubbles[0]), (std::array{144, 584, 19, 1, 255, 257}));
+    EXPECT_EQ(valuesOf(dense.bubbles[575]), (std::array{436, 782, 10, 4, 128, 337}));
+}
+
+// As wide as the tank, and wider: the smaller bubbles keep the places that the sequence gives them.
+TEST(BubbleModel, BubblesMayBeWiderThanTheTank) {
+    const BubbleSet even = makeBubbleSet({1000, 8, 40, 40, 64, 40, 0});
+    EXPECT_EQ(valuesOf(even.bubbles[0]), (std::array{40, 61, 74, 1, 255, 69}));
+    EXPECT_EQ(valuesOf(even.bubbles[17]), (std::array{57, 12, 39, 4, 128, 280}));
+    const BubbleSet wider = makeBubbleSet({1000, 8, 40, 40, 64, 64, 0});
+    EXPECT_EQ(valuesOf(wider.bubbles[0]), (std::array{104, 61, 118, 1, 255, 69}));
+    EXPECT_EQ(valuesOf(wider.bubbles[4]), (std::array{49, 45, 95, 2, 160, 64}));
+}
+
+TEST(BubbleModel, BubblesRiseAndWobble) {
+    const struct {
+        BubbleParameters parameters;
+        int frame;
+        CanvasPoint sum;
+    } cases[] = {
+        {kDefault, 0, {1932, 5110}},
+        {kDefault, 1, {1917, 4896}},
+        {kDefault, 37, {1844, -3450}},
+        {kDefault, 127, {1948, -24529}},
+        {kDefault, 128, {1932, -24850}}, // every one a whole number of heights above its start
+        {{1000, 8, 60, 140, 100, 10, 99}, 33, {1174, -2396}},
+        {{1000, 8, 60, 140, 100, 10, 99}, 99, {1733, -11276}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(sumOf(BubbleMotion(makeBubbleSet(c.parameters)).places(c.frame)), c.sum) << c.frame;
+}
+
+TEST(BubbleModel, FramesDoNotDependOnTheOrderInWhichTheyAreAsked) {
+    BubbleParameters parameters = kDefault;
+    parameters.frames = 100; // steps of 3.6 degrees, which sums round
+    BubbleMotion steady(makeBubbleSet(parameters));
+    BubbleMotion jumping(makeBubbleSet(parameters));
+    for (int frame = 0; frame < 100; ++frame) {
+        const CanvasPoint sum = sumOf(steady.places(frame));
+        jumping.places((frame * 37) % 100);
+        EXPECT_EQ(sumOf(jumping.places(frame)), sum) << frame;
+    }
+}
+
+TEST(BubbleModel, RowsComeBackAtTheBottom) {
+    BubbleParameters calm = kDefault;
+    calm.drift = 0;
+    BubbleMotion motion(makeBubbleSet(calm));
+    const std::vector<BubblePlace> first = motion.places(0);
+    const std::vector<BubblePlace> last = motion.places(calm.frames);
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        EXPECT_EQ(last[i].centre.x, first[i].centre.x);
+        EXPECT_EQ(wrappedRow(last[i].centre.y, 280), first[i].centre.y);
+    }
+    EXPECT_EQ((std::array{wrappedRow(-1, 280), wrappedRow(-281, 280), wrappedRow(-1120, 280), wrappedRow(283, 280)}),
+              (std::array{279, 279, 0, 283}));
+}
+
+TEST(BubbleModel, ShadesOfSpritesAndBevels) {
+    EXPECT_EQ(bubbleGreys(9, 255), (std::vector<std::uint8_t>{255, 192, 128, 64}));
+    EXPECT_EQ(bubbleGreys(24, 160),
+              (std::vector<std::uint8_t>{255, 242, 229, 215, 202, 189, 175, 162, 149, 135, 122, 109}));
+    EXPECT_EQ(bevelFactors(7, 224), (std::vector<int>{31, 80, 128, 170, 206, 232, 249}));
+    EXPECT_EQ(bevelFactors(4, 255), (std::vector<int>{0, 97, 180, 235}));
+    const TankGeometry tank = tankGeometry(120, 280);
+    EXPECT_EQ((std::array{tank.sideBevel, tank.endBevel, tank.corner}), (std::array{30, 7, 20}));
+}
+
+} // namespace
+} // namespace veldran

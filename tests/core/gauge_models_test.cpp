@@ -1,0 +1,126 @@
+// The numbers of tachometer and altimeter: values over the animation, needle and pointers. Computed by a script or by
+// hand. Draws nothing.
+#include "instruments/altimeter_model.h"
+#include "instruments/tachometer_model.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace veldran {
+namespace {
+
+TEST(ArtworkGeometry, IsTruncatedToWholeUnits) {
+    const ArtworkGeometry g = artworkGeometry(558, 761, 160, 10);
+    EXPECT_EQ((std::array{g.unit, g.pad, g.width, g.height, g.percent}), (std::array{4, 40, 638, 841, 25}));
+    EXPECT_EQ(artworkGeometry(762, 762, 0, 0).percent, 1); // sizes that no panel offers
+    EXPECT_EQ(artworkGeometry(762, 762, 763, 0).percent, 100);
+}
+
+TEST(TachometerModel, SpeedsFollowThePoints) {
+    const std::vector<double> speeds =
+        tachometerSpeeds("0,140;14,200;20,680;39,870;44,220;67,310;80,570;92,680;100,140", 64);
+    ASSERT_EQ(speeds.size(), 64u);
+    const std::pair<std::size_t, double> expected[] = {{0, .14},  {4, .17},        {8, .2},
+                                                       {12, .68}, {30, .23285714}, {63, .23}};
+    for (const auto& [frame, speed] : expected)
+        EXPECT_NEAR(speeds[frame], speed, 1e-8) << frame;
+}
+
+TEST(TachometerModel, OddListsStayInTheTable) {
+    const struct {
+        const char* points;
+        int frames;
+        std::vector<double> speeds;
+    } cases[] = {
+        {"", 3, {0, 0, 0}},
+        {"0,500", 3, {0, 0, 0}},
+        {"0,500;x", 3, {0, 0, 0}},
+        {"50,100;100,500", 5, {.1, .1 + .4 / 3, .1 + .8 / 3, 0, 0}}, // moved to the start
+        {"0,500;30,600", 4, {.5, .525, .55, .575}},                  // the last counts as the end
+        {"0,100;80,200;20,300;100,400", 10, {.1, .1125, .125, .1375, .15, .1625, .175, .1875, .3, .3125}}, // one back
+        {"0,100;50,200;50,300;100,400", 4, {.1, .15, .3, .35}},                                            // a jump
+        {"0,-500;100,4000", 2, {-.5, 1.75}},
+        {"-2147483648,1000;2147483647,1000;-2147483648,0;100,0", 3, {1, 1, 1}},
+        {"0,0;29,500;100,1000", 0, {}},
+    };
+    for (const auto& c : cases) {
+        const std::vector<double> speeds = tachometerSpeeds(c.points, c.frames);
+        ASSERT_EQ(speeds.size(), c.speeds.size()) << c.points;
+        for (std::size_t i = 0; i < speeds.size(); ++i)
+            EXPECT_NEAR(speeds[i], c.speeds[i], 1e-12) << c.points << " frame " << i;
+    }
+    EXPECT_EQ(tachometerSpeeds("0,0;29,500;100,1000", 100)[28], .5); // 100 x 0.29 is truncated to 28
+    const std::string late = "0,500;" + std::string(246, ' ') + "100,500";
+    EXPECT_EQ(tachometerSpeeds(late, 2)[1], .5);
+    EXPECT_EQ(tachometerSpeeds(' ' + late + '0', 2)[1], .275); // cut to 50 thousandths
+}
+
+TEST(TachometerModel, NeedleTurnsInWholeDegrees) {
+    const struct {
+        double speed;
+        CanvasPoint tip;
+    } cases[] = {{0, {74, 386}},  {.14, {44, 260}}, {.5, {272, 44}},   {.6, {365, 64}},
+                 {1, {467, 389}}, {1.5, {73, 382}}, {-.25, {272, 500}}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(tachometerNeedle(0, c.speed).tip, c.tip) << c.speed;
+        EXPECT_EQ(tachometerNeedle(50, c.speed).tip, (CanvasPoint{c.tip.x + 50, c.tip.y + 50})) << c.speed;
+    }
+    EXPECT_EQ(tachometerNeedle(50, 0).pivot, (CanvasPoint{322, 322}));
+}
+
+TEST(AltimeterModel, AltitudesFollowThePoints) {
+    const std::vector<int> feet = altimeterAltitudes("0,640;14,670;39,680;67,610;80,560;92,570;100,640", 128);
+    ASSERT_EQ(feet.size(), 128u);
+    EXPECT_EQ((std::array{feet[0], feet[1], feet[5], feet[16], feet[17], feet[64], feet[127]}),
+              (std::array{16000, 16044, 16220, 16705, 16750, 16270, 15840}));
+    // Exactly 15 in decimal figures; the order of the arithmetic leaves it just below.
+    EXPECT_EQ(altimeterAltitudes("0,0;100,10", 50)[3], 14);
+    EXPECT_EQ(altimeterAltitudes("0,0", 8), std::vector<int>(8, 0));
+    EXPECT_EQ(altimeterAltitudes("0,2147483647;100,2147483647", 8), std::vector<int>(8, INT32_MAX));
+}
+
+TEST(AltimeterModel, PointersPointWhereTheAltitudeIs) {
+    const struct {
+        int feet;
+        std::array<int, 3> degrees; // hundreds, thousands, ten thousands
+    } cases[] = {{0, {0, 0, 0}},        {21400, {144, 50, 77}}, {999, {359, 35, 3}},
+                 {100025, {9, 0, 360}}, {-250, {-90, -9, 0}},   {40000, {0, 0, 144}}};
+    for (const auto& c : cases) {
+        const AltimeterAngles angles = altimeterAngles(c.feet);
+        EXPECT_EQ((std::array{angles.hundreds, angles.thousands, angles.tenThousands}), c.degrees) << c.feet;
+        const AltimeterPointers pointers = altimeterPointers(30, angles);
+        const std::vector<CanvasPoint>* polygons[] = {&pointers.hundreds, &pointers.thousands, &pointers.tenThousands};
+        double longer = 384; // the face's half
+        for (std::size_t i = 0; i < 3; ++i) {
+            const auto distance = [](CanvasPoint p) { return std::hypot(p.x - 414, p.y - 414); };
+            const CanvasPoint tip = *std::ranges::max_element(*polygons[i], {}, distance);
+            const double turn = std::atan2(tip.x - 414, 414 - tip.y) * 57.29577951308232 - c.degrees[i];
+            EXPECT_NEAR(std::remainder(turn, 360), 0, 0.4) << c.feet; // half a pixel at the tip
+            EXPECT_LT(distance(tip), longer * 0.8);                   // each clearly shorter than the one before
+            longer = distance(tip);
+        }
+    }
+}
+
+TEST(AltimeterModel, HubAndDrum) {
+    const auto hub = altimeterHub(0);
+    EXPECT_EQ((std::array{hub[0].colour, hub[6].colour, hub[11].colour}),
+              (std::array{0xC8C8C8u, 0x6C6C6Cu, 0x1F1F1Fu}));
+    for (std::size_t i = 0; i < hub.size(); ++i) {
+        EXPECT_EQ(hub[i].box.left + hub[i].box.right, 768);
+        EXPECT_LT(hub[i].box.left, i + 1 < hub.size() ? hub[i + 1].box.left : 384);
+    }
+    const auto drum = altimeterDrum(20, 299);
+    EXPECT_EQ((std::array{drum[0].text, drum[1].text, drum[2].text}),
+              (std::array<std::string, 3>{"  29.9", " 29.8", " 30.0"}));
+    EXPECT_EQ(
+        (std::array{drum[0].box, drum[1].box, drum[2].box}),
+        (std::array{CanvasRect{592, 309, 772, 489}, CanvasRect{597, 279, 777, 459}, CanvasRect{601, 339, 781, 519}}));
+    EXPECT_EQ((std::array{drum[0].escapement, drum[1].escapement, drum[2].escapement}), (std::array{0, 70, -70}));
+    EXPECT_EQ(altimeterDrum(0, UINT32_MAX)[2].text, " 429496729.6");
+}
+
+} // namespace
+} // namespace veldran
