@@ -3,7 +3,20 @@
 
 # identity, bits per pixel, width x height, SVG file in src/resources/artwork
 set(VELDRAN_ARTWORK
+  "7208  8 1774x267 countdown-large.svg"
+  "7209  8 887x133 countdown-small.svg"
   "7210  8 526x526 radar-graticule.svg"
+  "7211 24 545x545 tachometer-dial.svg"
+  "7212  8 545x545 tachometer-mask.svg"
+  "7213 24 558x761 stopwatch-dial.svg"
+  "7214 24 558x761 stopwatch-mask.svg"
+  "7215  8 762x762 data-pad-case.svg"
+  "7216 24 760x760 data-pad-shadow.svg"
+  "7217 24 5369x36 data-pad-glyphs.svg"
+  "7218  8 762x762 data-pad-case-plain.svg"
+  "7219 24 762x762 data-pad-shadow-plain.svg"
+  "7220 24 768x768 altimeter-face.svg"
+  "7221 24 768x768 altimeter-mask.svg"
   "7222 24 192x90 altimeter-editor.svg")
 
 # Adds the rules that make the packed files in the current binary directory's artwork/ and an artwork.rc beside them, which

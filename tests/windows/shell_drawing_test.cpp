@@ -93,7 +93,7 @@ TEST_F(Shell, WhatIsMissingOrEmptyGivesNoImage) {
     EXPECT_FALSE(copyImage(nullptr));
     EXPECT_FALSE(mergeAlpha(nullptr, nullptr));
     EXPECT_FALSE(ellipseMask(0, 10, {0, 0, 10, 10}, 2));
-    EXPECT_FALSE(loadPackedImage(7209)); // no such resource
+    EXPECT_FALSE(loadPackedImage(7199)); // no such resource
 }
 
 class ScratchDialog : public Shell {
