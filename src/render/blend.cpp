@@ -2,6 +2,8 @@
 #include "render/blend.h"
 
 #include <algorithm>
+#include <cstring>
+#include <emmintrin.h>
 
 namespace veldran {
 namespace {
@@ -15,6 +17,64 @@ struct ChannelBytes {
 void blendPixel(std::uint8_t* pixel, const ChannelBytes& colour, int weight) {
     for (int c = 0; c < 3; ++c)
         pixel[c] = static_cast<std::uint8_t>(blendChannel(pixel[c], colour.value[c], weight));
+}
+
+// The colour of a pixel; the byte above it holds anything. Pixels of 24 bits are read with the byte behind them unless
+// they are the last of a row.
+template <int Bits>
+std::uint32_t readColour(const ConstImageView& image, const std::uint8_t* pixel, bool last) {
+    std::uint32_t colour = 0;
+    std::memcpy(&colour, Bits == 8 ? image.colourTable + 4 * *pixel : pixel, Bits == 24 && last ? 3 : 4);
+    return colour;
+}
+
+// The colours of four pixels of 24 or 32 bits; the byte above each holds anything. Reads kReach pixels.
+constexpr int kReach = 5;
+template <int Bits>
+__m128i readFourColours(const std::uint8_t* pixels) {
+    if (Bits == 32)
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
+    const __m128i pairs = _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels)),
+                                             _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels + 6)));
+    const __m128i low = _mm_set_epi32(0, -1, 0, -1);
+    return _mm_or_si128(_mm_and_si128(pairs, low), _mm_andnot_si128(low, _mm_slli_epi64(pairs, 8)));
+}
+
+template <int ColourBits, int AlphaBits>
+void mergeRows(const ConstImageView& colours, const ConstImageView& alpha, const ImageView& target) {
+    for (int y = 0; y < target.height; ++y) {
+        const std::uint8_t* colour = colours.row(y);
+        std::uint8_t* out = target.row(y);
+        const int masked = y < alpha.height ? std::min(target.width, alpha.width) : 0;
+        const std::uint8_t* opacity = masked > 0 ? alpha.row(y) : nullptr;
+        int x = 0;
+        if constexpr (ColourBits != 8 && AlphaBits != 8)
+            for (; x <= masked - kReach; x += 4, colour += ColourBits / 2, opacity += AlphaBits / 2, out += 16) {
+                const __m128i pixels = _mm_and_si128(readFourColours<ColourBits>(colour), _mm_set1_epi32(0xFFFFFF));
+                const __m128i opaque = _mm_slli_epi32(readFourColours<AlphaBits>(opacity), 24);
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_or_si128(pixels, opaque));
+            }
+        const auto write = [&](std::uint32_t opaque) {
+            const std::uint32_t pixel = readColour<ColourBits>(colours, colour, x == target.width - 1) & 0xFFFFFF;
+            const std::uint32_t value = pixel | opaque << 24;
+            std::memcpy(out, &value, 4);
+            colour += ColourBits / 8;
+            out += 4;
+        };
+        for (; x < masked; ++x, opacity += AlphaBits / 8)
+            write(AlphaBits == 8 ? alpha.colourTable[4 * *opacity] : *opacity);
+        for (; x < target.width; ++x)
+            write(0);
+    }
+}
+
+using MergeRows = void (*)(const ConstImageView&, const ConstImageView&, const ImageView&);
+
+template <int ColourBits>
+MergeRows mergeRowsOver(int alphaBits) {
+    return alphaBits == 8    ? mergeRows<ColourBits, 8>
+           : alphaBits == 24 ? mergeRows<ColourBits, 24>
+                             : mergeRows<ColourBits, 32>;
 }
 
 } // namespace
@@ -46,14 +106,10 @@ void blendInk(const ImageView& picture, const ConstImageView& ink, int left, int
 }
 
 void mergeAlphaPixels(const ConstImageView& colours, const ConstImageView& alpha, const ImageView& target) {
-    for (int y = 0; y < target.height; ++y) {
-        std::uint8_t* out = target.row(y);
-        for (int x = 0; x < target.width; ++x, out += 4) {
-            const std::uint8_t* colour = colourBytes(colours, colours.pixel(x, y));
-            std::copy_n(colour, 3, out);
-            out[3] = alpha.contains(x, y) ? *colourBytes(alpha, alpha.pixel(x, y)) : std::uint8_t{0};
-        }
-    }
+    const auto merge = colours.bits == 8    ? mergeRowsOver<8>(alpha.bits)
+                       : colours.bits == 24 ? mergeRowsOver<24>(alpha.bits)
+                                            : mergeRowsOver<32>(alpha.bits);
+    merge(colours, alpha, target);
 }
 
 void blendOverCheckerboard(const ConstImageView& picture, const ImageView& target) {

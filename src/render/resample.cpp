@@ -1,44 +1,24 @@
-// Area averaging in two passes, rows first. Each axis is measured in units of 1/target, so that every overlap of a
-// source pixel with a target pixel is a whole number and the weights of a target pixel sum to the source's length.
+// Area averaging in 64 bits, for every image there is, and the choice between it and the quicker ways.
 #include "render/resample.h"
 
+#include "render/area_coverage.h"
+#include "render/resample_fast.h"
+
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace veldran {
 namespace {
 
-// The source pixels [first, last] under a target pixel; all but these two weigh `target` units each.
-struct Coverage {
-    int first;
-    int last;
-    std::uint32_t firstWeight;
-    std::uint32_t lastWeight; // not used when first == last
-};
-
-std::vector<Coverage> coverageOf(int sourceLength, int targetLength) {
-    std::vector<Coverage> all(static_cast<std::size_t>(targetLength));
-    for (int i = 0; i < targetLength; ++i) {
-        const std::int64_t begin = static_cast<std::int64_t>(i) * sourceLength;
-        const std::int64_t end = begin + sourceLength;
-        Coverage& c = all[static_cast<std::size_t>(i)];
-        c.first = static_cast<int>(begin / targetLength);
-        c.last = static_cast<int>((end - 1) / targetLength);
-        const std::int64_t firstEnd = static_cast<std::int64_t>(c.first + 1) * targetLength;
-        c.firstWeight = static_cast<std::uint32_t>(std::min(firstEnd, end) - begin);
-        c.lastWeight = static_cast<std::uint32_t>(end - static_cast<std::int64_t>(c.last) * targetLength);
-    }
-    return all;
-}
-
 // Weighted sums of one source row, one per target column and channel. A sum is at most 255 x source width, and sides
 // are at most 65535, so it fits 32 bits.
-void sumRow(const ConstImageView& source, int y, const std::vector<Coverage>& columns, std::uint32_t middleWeight,
-            int channels, std::vector<std::uint32_t>& sums) {
+void sumRow(const ConstImageView& source, int y, const AxisCoverage& columns, int channels,
+            std::vector<std::uint32_t>& sums) {
     const std::uint8_t* row = source.row(y);
     const int step = source.bytesPerPixel();
     std::uint32_t* out = sums.data();
-    for (const Coverage& column : columns) {
+    for (const Coverage& column : columns.pixels) {
         std::uint32_t total[4] = {};
         const auto add = [&](int x, std::uint32_t weight) {
             const std::uint8_t* pixel = colourBytes(source, row + static_cast<std::ptrdiff_t>(x) * step);
@@ -47,7 +27,7 @@ void sumRow(const ConstImageView& source, int y, const std::vector<Coverage>& co
         };
         add(column.first, column.firstWeight);
         for (int x = column.first + 1; x < column.last; ++x)
-            add(x, middleWeight);
+            add(x, columns.wholePixel);
         if (column.last > column.first)
             add(column.last, column.lastWeight);
         for (int c = 0; c < channels; ++c)
@@ -60,6 +40,24 @@ void addRow(const std::vector<std::uint32_t>& sums, std::uint64_t weight, std::v
         totals[i] += weight * sums[i];
 }
 
+// Palette images are looked up as a whole first, so that the quick ways can take them; very large ones pixel by pixel.
+constexpr std::size_t kMostExpandedBytes = std::size_t{32} << 20;
+
+std::size_t expandedBytes(const ConstImageView& source) {
+    return std::size_t{3} * static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height);
+}
+
+std::vector<std::uint8_t> expanded(const ConstImageView& source) {
+    std::vector<std::uint8_t> pixels(expandedBytes(source) + 1); // an entry's fourth byte spills into the next pixel
+    std::uint8_t* out = pixels.data();
+    for (int y = 0; y < source.height; ++y) {
+        const std::uint8_t* pixel = source.row(y);
+        for (int x = 0; x < source.width; ++x, ++pixel, out += 3)
+            std::memcpy(out, colourBytes(source, pixel), 4);
+    }
+    return pixels;
+}
+
 } // namespace
 
 int scaledLength(int length, int percent) {
@@ -68,24 +66,34 @@ int scaledLength(int length, int percent) {
 }
 
 void resampleArea(const ConstImageView& source, const ImageView& target) {
+    if (source.bits == 8 && target.bits == 24 && expandedBytes(source) <= kMostExpandedBytes) {
+        const std::vector<std::uint8_t> pixels = expanded(source);
+        resampleArea({pixels.data(), source.width, source.height, source.width * std::ptrdiff_t{3}, 24, nullptr},
+                     target);
+    } else if (!resampleWholeRatio(source, target) && !resampleFractionalRatio(source, target)) {
+        resampleAreaWide(source, target);
+    }
+}
+
+void resampleAreaWide(const ConstImageView& source, const ImageView& target) {
     const int channels = target.bytesPerPixel();
-    const std::vector<Coverage> columns = coverageOf(source.width, target.width);
-    const std::vector<Coverage> rows = coverageOf(source.height, target.height);
-    const std::size_t values = columns.size() * static_cast<std::size_t>(channels);
-    const std::uint64_t area = static_cast<std::uint64_t>(source.width) * static_cast<std::uint64_t>(source.height);
+    const AxisCoverage columns(source.width, target.width);
+    const AxisCoverage rows(source.height, target.height);
+    const std::size_t values = columns.pixels.size() * static_cast<std::size_t>(channels);
+    const std::uint64_t area = std::uint64_t{columns.total} * rows.total;
     std::vector<std::uint32_t> sums(values);
     std::vector<std::uint64_t> totals(values);
     int summedRow = -1;
     for (int y = 0; y < target.height; ++y) {
-        const Coverage& covered = rows[static_cast<std::size_t>(y)];
+        const Coverage& covered = rows.pixels[static_cast<std::size_t>(y)];
         std::ranges::fill(totals, 0);
         for (int sourceY = covered.first; sourceY <= covered.last; ++sourceY) {
             if (sourceY != summedRow)
-                sumRow(source, sourceY, columns, static_cast<std::uint32_t>(target.width), channels, sums);
+                sumRow(source, sourceY, columns, channels, sums);
             summedRow = sourceY;
             const std::uint32_t weight = sourceY == covered.first  ? covered.firstWeight
                                          : sourceY == covered.last ? covered.lastWeight
-                                                                   : static_cast<std::uint32_t>(target.height);
+                                                                   : rows.wholePixel;
             addRow(sums, weight, totals);
         }
         std::uint8_t* out = target.row(y);

@@ -5,6 +5,8 @@
 #include "render/canvas.h"
 #include "render/frame_image.h"
 
+#include <algorithm>
+
 namespace veldran {
 namespace {
 
@@ -22,6 +24,11 @@ GlobalBlock drawMask(int width, int height, int percent, DrawShape drawShape) {
     return reducedOrUnchanged(canvas.finish(), percent);
 }
 
+// A scale below 1 leaves no canvas to reduce.
+int percentOf(int scale) {
+    return 100 / std::max(scale, 1);
+}
+
 } // namespace
 
 GlobalBlock ellipseMaskReduced(int width, int height, const RECT& box, int percent) {
@@ -30,13 +37,22 @@ GlobalBlock ellipseMaskReduced(int width, int height, const RECT& box, int perce
 }
 
 GlobalBlock ellipseMask(int width, int height, const RECT& box, int scale) {
-    return ellipseMaskReduced(scale * width, scale * height, box, 100 / scale);
+    return ellipseMaskReduced(scale * width, scale * height, box, percentOf(scale));
 }
 
 GlobalBlock roundedRectangleMask(int width, int height, int cornerWidth, int cornerHeight, int scale) {
-    return drawMask(scale * width, scale * height, 100 / scale, [=](HDC dc, const RECT& bounds) {
+    return drawMask(scale * width, scale * height, percentOf(scale), [=](HDC dc, const RECT& bounds) {
         RoundRect(dc, bounds.left, bounds.top, bounds.right, bounds.bottom, scale * cornerWidth, scale * cornerHeight);
     });
+}
+
+GlobalBlock bezelMask(int width, int height, const BezelShape& shape) {
+    GlobalBlock mask = createImage(width, height, 24);
+    const LockedImage image(mask.get());
+    if (!image)
+        return {};
+    drawBezelMask(image.view(), shape);
+    return mask;
 }
 
 GlobalBlock reducedOrUnchanged(GlobalBlock picture, int percent) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/global_block.h"
+#include "render/bezel.h"
 
 namespace veldran {
 
@@ -16,6 +17,9 @@ GlobalBlock ellipseMask(int width, int height, const RECT& box, int scale);
 // A rounded rectangle that fills an image of `width` x `height`, with corners of an ellipse of the size given, drawn
 // `scale` times as large and reduced again.
 GlobalBlock roundedRectangleMask(int width, int height, int cornerWidth, int cornerHeight, int scale);
+
+// The outline of a bezel on an image of `width` x `height`: what lies outside of it is black.
+GlobalBlock bezelMask(int width, int height, const BezelShape& shape);
 
 // The picture reduced to `percent` in both directions, or the picture itself when it cannot be: a frame is never lost
 // to a failed scale. 100 is left as it is.

@@ -1,61 +1,18 @@
 // The core's work on pixels: packed bitmaps, colour arithmetic, scaling by area, blends. Small odd pictures, every
 // pixel looked at; strides are odd and both row orders appear, since nothing may count on either.
+#include "raster.h"
 #include "render/blend.h"
 #include "render/image_view.h"
 #include "render/resample.h"
+#include "render/resample_fast.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
-#include <random>
-#include <vector>
 
 namespace veldran {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-
-constexpr std::uint8_t kPadding = 0xA5;
-
-enum class RowOrder { TopDown, BottomUp };
-
-// An image with three bytes of padding behind each row, filled with kPadding throughout.
-struct Raster {
-    Bytes bytes;
-    Bytes table; // colour table of 8-bit images: entry i is (i, 255 - i, i / 2) as blue, green, red
-    ImageView view;
-
-    Raster(int width, int height, int bits, RowOrder order = RowOrder::TopDown) {
-        const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(width) * (bits / 8) + 3;
-        bytes.assign(static_cast<std::size_t>(stride * height), kPadding);
-        for (int i = 0; i < 256 && bits == 8; ++i)
-            for (const int value : {i, 255 - i, i / 2, 0})
-                table.push_back(static_cast<std::uint8_t>(value));
-        view = {bytes.data(), width, height, stride, bits, bits == 8 ? table.data() : nullptr};
-        if (order == RowOrder::BottomUp) {
-            view.top += stride * (height - 1);
-            view.stride = -stride;
-        }
-    }
-    Raster(const Raster&) = delete;
-
-    Bytes row(int y) const { return Bytes(view.row(y), view.row(y) + view.width * view.bytesPerPixel()); }
-    void setRow(int y, const Bytes& values) { std::ranges::copy(values, view.row(y)); }
-    void fillRandom(unsigned seed) {
-        std::mt19937 random(seed);
-        for (int y = 0; y < view.height; ++y)
-            std::generate_n(view.row(y), view.width * view.bytesPerPixel(),
-                            [&] { return static_cast<std::uint8_t>(random() >> 24); });
-    }
-    bool paddingIsWhole() const {
-        for (int y = 0; y < view.height; ++y)
-            for (int i = 0; i < 3; ++i)
-                if (view.row(y)[view.width * view.bytesPerPixel() + i] != kPadding)
-                    return false;
-        return true;
-    }
-};
 
 TEST(ImageView, PackedBitmapSizes) {
     const struct {
@@ -177,8 +134,10 @@ int exactAverage(const ConstImageView& source, int width, int height, int x, int
 }
 
 TEST(Resample, EveryPixelIsTheExactAverage) {
-    const int sizes[][4] = {{3, 1, 2, 1},     {1, 1, 3, 2},    {2, 2, 1, 1},
-                            {47, 33, 16, 11}, {47, 33, 1, 33}, {5, 47, 47, 5}};
+    // Sides below a register and above it; whole ratios, equal and unequal ones; broken ratios; enlarging.
+    const int sizes[][4] = {{3, 1, 2, 1},     {1, 1, 3, 2},    {2, 2, 1, 1},     {47, 33, 16, 11}, {47, 33, 1, 33},
+                            {5, 47, 47, 5},   {26, 14, 13, 7}, {27, 15, 9, 5},   {28, 20, 7, 5},   {30, 12, 10, 12},
+                            {24, 36, 24, 36}, {23, 17, 12, 9}, {40, 31, 13, 10}, {32, 9, 48, 27},  {17, 60, 16, 61}};
     for (const auto& [width, height, targetWidth, targetHeight] : sizes)
         for (const int bits : {8, 24, 32}) {
             Raster source(width, height, bits, RowOrder::BottomUp);
@@ -195,6 +154,76 @@ TEST(Resample, EveryPixelIsTheExactAverage) {
                         << width << "x" << height << "x" << bits << " at " << x << "," << y;
                 }
         }
+}
+
+using Quick = bool (*)(const ConstImageView&, const ImageView&);
+
+// In blocks without a byte to spare, so that the sanitizer sees a look beyond the end.
+TEST(Resample, QuickWaysAgreeWithTheWideOne) {
+    const struct {
+        Quick quick;
+        int width, height, targetWidth, targetHeight;
+        bool reaches;
+    } cases[] = {{resampleWholeRatio, 528, 96, 264, 48, true},      {resampleWholeRatio, 528, 96, 176, 32, true},
+                 {resampleWholeRatio, 500, 100, 100, 25, true},     {resampleWholeRatio, 256, 16, 16, 2, true},
+                 {resampleWholeRatio, 256, 16, 16, 1, false},       {resampleWholeRatio, 257, 16, 128, 8, false},
+                 {resampleWholeRatio, 2, 4, 1, 2, false},           {resampleWholeRatio, 64, 64, 64, 64, false},
+                 {resampleFractionalRatio, 528, 96, 174, 32, true}, {resampleFractionalRatio, 100, 500, 99, 499, true},
+                 {resampleFractionalRatio, 64, 64, 96, 200, true},  {resampleFractionalRatio, 3, 70, 2, 60, false},
+                 {resampleFractionalRatio, 64, 700, 5, 5, false},   {resampleFractionalRatio, 3001, 2801, 1, 2, false}};
+    for (const auto& c : cases)
+        for (const int bits : {24, 32}) {
+            SCOPED_TRACE(testing::Message() << c.width << "x" << c.height << "x" << bits << " to " << c.targetWidth
+                                            << "x" << c.targetHeight);
+            Bytes source = packedBitmap(c.width, c.height, bits);
+            const auto from = viewPackedBitmap(std::span<const std::uint8_t>(source)).value();
+            Bytes quick = packedBitmap(c.targetWidth, c.targetHeight, bits);
+            const ImageView target = viewPackedBitmap(std::span<std::uint8_t>(quick)).value();
+            if (!c.reaches) {
+                EXPECT_FALSE(c.quick(from, target));
+                continue;
+            }
+            std::mt19937 random(1);
+            std::generate(source.begin() + sizeof(BitmapHeader), source.end(), [&] {
+                const auto value = random() >> 23; // a quarter of the bytes 0, a quarter 255
+                return static_cast<std::uint8_t>(value < 256 ? value : value % 2 * 255);
+            });
+            EXPECT_TRUE(c.quick(from, target));
+            Bytes wide = packedBitmap(c.targetWidth, c.targetHeight, bits);
+            resampleAreaWide(from, viewPackedBitmap(std::span<std::uint8_t>(wide)).value());
+            EXPECT_EQ(quick, wide);
+        }
+}
+
+// Around every half, where a quotient that is off by anything shows.
+TEST(Resample, HalvesRoundUpForEveryArea) {
+    constexpr int kTargets = 64; // averages 0 to 16 and 239 to 255, just below a half and from it on
+    const auto floorOf = [](int i) { return i / 2 + (i < kTargets / 2 ? 0 : 255 - kTargets / 2); };
+    for (int area = 2; area <= 128; ++area) {
+        Raster source(area * kTargets, 1, 24);
+        Raster target(kTargets, 1, 24);
+        for (int i = 0; i < kTargets; ++i)
+            for (int x = 0, left = floorOf(i) * area + (area + 1) / 2 - 1 + i % 2; x < area; ++x) {
+                const int value = std::min(left, 255);
+                left -= value;
+                std::fill_n(source.view.pixel(i * area + x, 0), 3, static_cast<std::uint8_t>(value));
+            }
+        for (const Quick quick : {resampleWholeRatio, resampleFractionalRatio}) {
+            ASSERT_TRUE(quick(source.view, target.view));
+            for (int i = 0; i < kTargets; ++i)
+                ASSERT_EQ(target.view.pixel(i, 0)[1], floorOf(i) + i % 2) << area;
+        }
+    }
+    // The largest area whose sums fit 32 bits: half of it 254 and half 255, then one unit less.
+    Raster source(65534, 128, 24);
+    for (int y = 0; y < 128; ++y)
+        std::fill_n(source.view.row(y), 3 * 65534, static_cast<std::uint8_t>(254 + y % 2));
+    Raster target(1, 1, 24);
+    ASSERT_TRUE(resampleFractionalRatio(source.view, target.view));
+    EXPECT_EQ(target.row(0), Bytes(3, 255));
+    source.view.pixel(777, 64)[1] = 253;
+    ASSERT_TRUE(resampleFractionalRatio(source.view, target.view));
+    EXPECT_EQ(target.row(0), (Bytes{255, 254, 255}));
 }
 
 TEST(Resample, LongSidesDoNotOverflow) {
@@ -247,19 +276,25 @@ TEST(Blend, InkBeyondThePictureIsDropped) {
 
 TEST(Blend, AlphaIsTheLowByteOfTheOtherImage) {
     for (const int colourBits : {8, 24, 32})
-        for (const int alphaBits : {8, 24, 32}) {
-            Raster colours(2, 1, colourBits, RowOrder::BottomUp);
-            Raster alpha(1, 1, alphaBits);
-            const Bytes pixel = {40, 215, 20}; // also what the table's entry 40 holds
-            std::copy_n(pixel.begin(), std::min(3, colourBits / 8), colours.view.pixel(1, 0));
-            alpha.view.pixel(0, 0)[0] = 77;
-            Raster target(2, 1, 32);
-            mergeAlphaPixels(colours.view, alpha.view, target.view);
-            const Bytes merged = target.row(0);
-            EXPECT_EQ(merged[3], 77);
-            EXPECT_EQ(Bytes(merged.begin() + 4, merged.end()), (Bytes{40, 215, 20, 0})); // no alpha pixel there
-            EXPECT_TRUE(target.paddingIsWhole());
-        }
+        for (const int alphaBits : {8, 24, 32})
+            for (const int alphaWidth : {1, 4, 19, 23, 40}) {
+                Raster colours(23, 3, colourBits, RowOrder::BottomUp);
+                Raster alpha(alphaWidth, 2, alphaBits);
+                colours.fillRandom(7);
+                alpha.fillRandom(8);
+                Raster target(23, 3, 32);
+                mergeAlphaPixels(colours.view, alpha.view, target.view);
+                for (int y = 0; y < 3; ++y)
+                    for (int x = 0; x < 23; ++x) {
+                        const std::uint8_t* pixel = colourBytes(colours.view, colours.view.pixel(x, y));
+                        Bytes expected(pixel, pixel + 3);
+                        expected.push_back(alpha.view.contains(x, y) ? *colourBytes(alpha.view, alpha.view.pixel(x, y))
+                                                                     : std::uint8_t{0});
+                        ASSERT_EQ(Bytes(target.view.pixel(x, y), target.view.pixel(x, y) + 4), expected)
+                            << colourBits << "," << alphaBits << "," << alphaWidth << " at " << x << "," << y;
+                    }
+                EXPECT_TRUE(target.paddingIsWhole());
+            }
 }
 
 } // namespace

@@ -93,6 +93,8 @@ TEST_F(Shell, WhatIsMissingOrEmptyGivesNoImage) {
     EXPECT_FALSE(copyImage(nullptr));
     EXPECT_FALSE(mergeAlpha(nullptr, nullptr));
     EXPECT_FALSE(ellipseMask(0, 10, {0, 0, 10, 10}, 2));
+    EXPECT_FALSE(roundedRectangleMask(10, 10, 4, 4, 0));
+    EXPECT_FALSE(bezelMask(10, 0, {BezelStyle::Round, 2, 2}));
     EXPECT_FALSE(loadPackedImage(7199)); // no such resource
 }
 

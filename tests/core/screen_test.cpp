@@ -1,0 +1,326 @@
+// What trace instruments dress their screens with: blur, glow, bezel, mask, scale grid.
+#include "raster.h"
+#include "render/bezel.h"
+#include "render/glow.h"
+#include "render/scale_grid.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <numbers>
+
+namespace veldran {
+namespace {
+
+using Filter = std::function<void(const ImageView&)>;
+
+void fill(const ImageView& image, Colour colour) {
+    for (int y = 0; y < image.height; ++y)
+        for (int x = 0; x < image.width; ++x) {
+            const int channels[4] = {blueOf(colour), greenOf(colour), redOf(colour), 128};
+            for (int c = 0; c < image.bytesPerPixel(); ++c)
+                image.pixel(x, y)[c] = static_cast<std::uint8_t>(channels[c]);
+        }
+}
+
+Colour colourAt(const ImageView& image, int x, int y) {
+    const std::uint8_t* pixel = image.pixel(x, y);
+    return makeColour(pixel[2], pixel[1], pixel[0]);
+}
+
+int lightness(Colour colour) {
+    return redOf(colour) + greenOf(colour) + blueOf(colour);
+}
+
+// ---- Blur and glow
+
+TEST(Glow, FlatImagesStayAsTheyAre) {
+    const int sizes[][2] = {{1, 1}, {1, 40}, {40, 1}, {5, 3}, {37, 18}};
+    for (const auto& [width, height] : sizes)
+        for (const int bits : {24, 32})
+            for (const int radius : {1, 2, 3, 4, 17, 66, 190, 381, 5000})
+                for (int value = 0; value < 256; value += radius == 381 ? 1 : 51) {
+                    Raster image(width, height, bits, RowOrder::BottomUp);
+                    fill(image.view, makeColour(value, 255 - value, value / 2));
+                    const Bytes before = image.bytes; // and the padding behind the rows
+                    glowImage(image.view, 100, radius);
+                    blurImage(image.view, radius);
+                    ASSERT_EQ(image.bytes, before) << width << "x" << height << "x" << bits << " " << radius;
+                }
+}
+
+TEST(Glow, NothingHappensWithoutRadiusOrStrength) {
+    Raster image(37, 18, 24);
+    image.fillRandom(3);
+    const Bytes before = image.bytes;
+    glowImage(image.view, 100, 0);
+    glowImage(image.view, 100, -4);
+    blurImage(image.view, 0);
+    glowImage(image.view, 0, 9);
+    glowImage(image.view, -50, 9);
+    EXPECT_EQ(image.bytes, before);
+}
+
+TEST(Glow, MirroredImagesGiveMirroredResults) {
+    const Filter filters[] = {[](const ImageView& image) { blurImage(image, 8); },
+                              [](const ImageView& image) { glowImage(image, 150, 5); }};
+    for (const Filter& filter : filters)
+        for (const int bits : {24, 32}) {
+            Raster image(37, 21, bits);
+            image.fillRandom(11);
+            Raster turned(37, 21, bits); // by 180 degrees: mirrored both ways
+            const auto turn = [&] {
+                for (int y = 0; y < 21; ++y)
+                    for (int x = 0; x < 37; ++x)
+                        std::copy_n(image.view.pixel(x, y), bits / 8, turned.view.pixel(36 - x, 20 - y));
+            };
+            turn();
+            Raster filtered(37, 21, bits);
+            filtered.bytes = turned.bytes;
+            filter(filtered.view);
+            filter(image.view);
+            turn();
+            EXPECT_EQ(filtered.bytes, turned.bytes);
+        }
+}
+
+// A bar of light in the dark, upright or level, so that one profile shows the weights of one direction.
+struct Bar {
+    static constexpr int kLength = 201;
+    static constexpr int kMiddle = 100;
+    Raster image;
+    bool upright;
+
+    Bar(bool isUpright, int halfWidth)
+        : image(isUpright ? kLength : 9, isUpright ? 9 : kLength, 24), upright(isUpright) {
+        fill(image.view, 0);
+        for (int i = kMiddle - halfWidth; i <= kMiddle + halfWidth; ++i)
+            for (int across = 0; across < 9; ++across)
+                std::fill_n(image.view.pixel(upright ? i : across, upright ? across : i), 3, std::uint8_t{255});
+    }
+    int at(int i) const { return image.view.pixel(upright ? i : 4, upright ? 4 : i)[1]; }
+};
+
+TEST(Glow, BlurSpreadsLightLikeAGaussian) {
+    for (const bool upright : {true, false})
+        for (const int radius : {3, 8, 17, 40, 66}) {
+            Bar bar(upright, 12);
+            blurImage(bar.image.view, radius);
+            double sum = 0;
+            double moment = 0;
+            for (int i = 0; i < Bar::kLength; ++i) {
+                sum += bar.at(i);
+                moment += bar.at(i) * (i - Bar::kMiddle) * (i - Bar::kMiddle);
+            }
+            EXPECT_NEAR(sum, 25 * 255, 60) << radius; // three roundings each way
+            const double own = (25.0 * 25 - 1) / 12;  // variance of the bar
+            const double deviation = std::sqrt(std::max(moment / sum - own, 0.0));
+            EXPECT_NEAR(deviation, radius / 3.0, 0.6 + radius * 0.05) << radius;
+            // The sharp bar under a Gaussian of that width.
+            for (int i = 0; i < Bar::kLength; ++i) {
+                const double from = (i - Bar::kMiddle - 12.5) / deviation / std::numbers::sqrt2;
+                const double to = (i - Bar::kMiddle + 12.5) / deviation / std::numbers::sqrt2;
+                EXPECT_NEAR(bar.at(i), 127.5 * (std::erf(to) - std::erf(from)), 6) << radius << " at " << i;
+            }
+            EXPECT_EQ(bar.at(Bar::kMiddle + 12 + radius + 1), 0);
+        }
+}
+
+TEST(Glow, LightsUpLinesAndTheirSurroundings) {
+    const Colour dark = makeColour(20, 60, 40);
+    const Colour line = makeColour(90, 160, 70);
+    Raster image(61, 31, 24);
+    fill(image.view, dark);
+    for (int y = 0; y < 31; ++y)
+        for (int x = 29; x <= 31; ++x)
+            fill({image.view.pixel(x, y), 1, 1, 0, 24}, line);
+    Raster strong(61, 31, 24);
+    strong.bytes = image.bytes;
+    const Raster& before = image;
+    Raster glowing(61, 31, 24);
+    glowing.bytes = before.bytes;
+    glowImage(glowing.view, 100, 12);
+    glowImage(strong.view, 200, 12);
+    for (int x = 0; x < 61; ++x)
+        for (int c = 0; c < 3; ++c) {
+            const int from = before.view.pixel(x, 15)[c];
+            const int to = glowing.view.pixel(x, 15)[c];
+            EXPECT_GE(to, from);
+            EXPECT_NEAR(strong.view.pixel(x, 15)[c] - from, 2 * (to - from), 1);
+        }
+    for (int x = 31; x < 43; ++x) // from the edge of the line outwards
+        EXPECT_GE(lightness(colourAt(glowing.view, x, 15)), lightness(colourAt(glowing.view, x + 1, 15)));
+    EXPECT_GT(lightness(colourAt(glowing.view, 30, 15)), lightness(line) + 20);
+    EXPECT_GT(lightness(colourAt(glowing.view, 34, 15)), lightness(dark) + 20);
+    EXPECT_EQ(colourAt(glowing.view, 31 + 13, 15), dark);
+    // The largest lift there is, on a black line in a white picture, ends at white.
+    fill(strong.view, 0xFFFFFF);
+    for (int y = 0; y < 31; ++y)
+        std::fill_n(strong.view.pixel(30, y), 3, std::uint8_t{0});
+    glowImage(strong.view, INT32_MAX, 12);
+    EXPECT_EQ(colourAt(strong.view, 30, 15), 0xFFFFFFu);
+}
+
+// ---- Bezel
+
+constexpr Colour kInside = 0x123456;
+constexpr Colour kOutside = 0x00FFFF;
+constexpr Colour kMaterial = 0xA0A8B0;
+constexpr BezelStyle kStyles[] = {BezelStyle::Rectangle, BezelStyle::Round, BezelStyle::RoundedRectangle};
+
+TEST(Bezel, CoversTheFrameAndNothingElse) {
+    for (const BezelStyle style : kStyles) {
+        SCOPED_TRACE(static_cast<int>(style));
+        Raster picture(160, 121, 24, RowOrder::BottomUp);
+        fill(picture.view, kInside);
+        Bezel(160, 121, {style, 20, 16}, kMaterial, kOutside).draw(picture.view);
+        EXPECT_TRUE(picture.paddingIsWhole());
+        EXPECT_EQ(colourAt(picture.view, 80, 60), kInside);
+        // Level and upright through the middle: frame from the first pixel to the last of its width.
+        for (const auto& [x, y] : {std::pair{20, 60}, {139, 60}, {80, 16}, {80, 104}})
+            EXPECT_EQ(colourAt(picture.view, x, y), kInside) << x << "," << y;
+        for (const auto& [x, y] :
+             {std::pair{0, 60}, {19, 60}, {140, 60}, {159, 60}, {80, 0}, {80, 15}, {80, 105}, {80, 120}})
+            EXPECT_TRUE(colourAt(picture.view, x, y) != kInside && colourAt(picture.view, x, y) != kOutside)
+                << x << "," << y;
+        EXPECT_EQ(colourAt(picture.view, 0, 0) == kOutside, style != BezelStyle::Rectangle);
+        EXPECT_EQ(colourAt(picture.view, 30, 26) == kInside, style != BezelStyle::Round);
+    }
+}
+
+TEST(Bezel, LightComesFromTheTopLeft) {
+    for (const BezelStyle style : kStyles) {
+        SCOPED_TRACE(static_cast<int>(style));
+        Raster picture(200, 200, 24);
+        Bezel(200, 200, {style, 24, 24}, kMaterial, kOutside).draw(picture.view);
+        const auto light = [&](int x, int y) { return lightness(colourAt(picture.view, x, y)); };
+        const int raised = 4; // pixels from the outer edge: the roll that faces outwards
+        const int sunk = 21;  // the chamfer that faces inwards
+        EXPECT_GT(light(100, raised), lightness(kMaterial));
+        EXPECT_LT(light(100, 199 - raised), lightness(kMaterial));
+        EXPECT_GT(light(raised, 100), light(199 - raised, 100));
+        EXPECT_LT(light(100, sunk), light(100, 199 - sunk));
+        EXPECT_LT(light(sunk, 100), light(199 - sunk, 100));
+        EXPECT_LT(light(100, 23), lightness(kMaterial) / 3); // the gap
+    }
+}
+
+TEST(Bezel, MaskIsTheOutline) {
+    const double square = 200.0 * 120;
+    const struct {
+        BezelStyle style;
+        double area;
+    } cases[] = {{BezelStyle::Rectangle, square},
+                 {BezelStyle::Round, square * std::numbers::pi / 4},
+                 {BezelStyle::RoundedRectangle, square - (4 - std::numbers::pi) * 35 * 35}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(static_cast<int>(c.style));
+        Raster mask(200, 120, 24, RowOrder::BottomUp);
+        drawBezelMask(mask.view, {c.style, 20, 20});
+        Raster picture(200, 120, 24);
+        Bezel(200, 120, {c.style, 20, 20}, kMaterial, kOutside).draw(picture.view);
+        double sum = 0;
+        for (int y = 0; y < 120; ++y)
+            for (int x = 0; x < 200; ++x) {
+                const int value = mask.view.pixel(x, y)[0];
+                sum += value / 255.0;
+                EXPECT_EQ(value, mask.view.pixel(199 - x, 119 - y)[2]);
+                if (value == 0) {
+                    EXPECT_EQ(colourAt(picture.view, x, y), kOutside) << x << "," << y;
+                } else {
+                    EXPECT_NE(colourAt(picture.view, x, y), kOutside) << x << "," << y;
+                }
+            }
+        EXPECT_NEAR(sum, c.area, c.area * 0.001);
+        EXPECT_TRUE(mask.paddingIsWhole());
+    }
+}
+
+TEST(Bezel, AnyFrameFitsAnyPicture) {
+    for (const BezelStyle style : kStyles)
+        for (const int side : {1, 2, 3, 40})
+            for (const int frame : {INT32_MIN, 0, 1, 20, INT32_MAX}) {
+                Raster picture(side, 41, 24);
+                fill(picture.view, kInside);
+                Bezel(side, 41, {style, frame, frame}, kMaterial, kOutside).draw(picture.view);
+                drawBezelMask(Raster(side, 41, 24).view, {style, frame, frame});
+                if (side == 40) {
+                    EXPECT_EQ(colourAt(picture.view, 20, 20) == kInside, frame <= 1) << frame;
+                }
+                EXPECT_TRUE(frame != INT32_MAX || colourAt(picture.view, side / 2, 20) != kInside) << side;
+                // A frame on two sides alone.
+                Bezel(side, 41, {style, 0, frame}, kMaterial, kOutside).draw(picture.view);
+                Bezel(side, 41, {style, frame, 0}, kMaterial, kOutside).draw(picture.view);
+            }
+}
+
+// ---- Scale grid
+
+constexpr Colour kInk = 0x405060;
+
+Raster& drawnGrid(Raster& picture, int left, int top, int right, int bottom) {
+    fill(picture.view, 0);
+    drawScaleGrid(picture.view, left, top, right, bottom, kInk);
+    return picture;
+}
+
+TEST(ScaleGrid, DivisionsAndTicks) {
+    const struct {
+        int width, height, across, down, ticksAcross;
+    } cases[] = {{161, 161, 8, 8, 40}, {321, 161, 16, 8, 80}, {97, 97, 8, 8, 16},
+                 {161, 49, 14, 4, 28}, {13, 13, 2, 2, 2},     {120, 250, 8, 16, 16}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.width << "x" << c.height);
+        Raster picture(c.width + 10, c.height + 12, 24);
+        drawnGrid(picture, 4, 5, 4 + c.width, 5 + c.height);
+        const auto inked = [&](int x, int y) { return colourAt(picture.view, x, y) != 0; };
+        // Between border and first level line only upright ones are met; one pixel beside an axis, all of its ticks.
+        const int axis = 5 + (c.height - 1) / 2;
+        int lines = 0;
+        int ticks = 0;
+        for (int x = 0; x < picture.view.width; ++x) {
+            lines += inked(x, 5 + 1 + (c.height > 60));
+            ticks += colourAt(picture.view, x, axis - 1) == kInk;
+        }
+        EXPECT_EQ(lines, c.across + 1);
+        EXPECT_EQ(ticks, c.ticksAcross + 1);
+        lines = 0;
+        for (int y = 0; y < picture.view.height; ++y)
+            lines += inked(4 + 1 + (c.width > 60), y);
+        EXPECT_EQ(lines, c.down + 1);
+        EXPECT_EQ(colourAt(picture.view, 4 + c.width / 4, axis), kInk);
+        for (int x = 0; x < picture.view.width; ++x)
+            EXPECT_TRUE(!inked(x, 4) && !inked(x, 5 + c.height)) << x;
+        for (int y = 0; y < picture.view.height; ++y)
+            EXPECT_TRUE(!inked(3, y) && !inked(4 + c.width, y)) << y;
+    }
+}
+
+TEST(ScaleGrid, OddSquaresAreSymmetric) {
+    Raster picture(131, 131, 24);
+    drawnGrid(picture, 0, 0, 131, 131);
+    for (int y = 0; y < 131; ++y)
+        for (int x = 0; x < 131; ++x) {
+            ASSERT_EQ(colourAt(picture.view, x, y), colourAt(picture.view, 130 - x, y)) << x << "," << y;
+            ASSERT_EQ(colourAt(picture.view, x, y), colourAt(picture.view, y, x)) << x << "," << y;
+        }
+}
+
+TEST(ScaleGrid, StaysWithinThePicture) {
+    const int rectangles[][4] = {{-30, -20, 60, 70}, {10, 10, 11, 90}, {0, 0, 1, 1}, {200, 200, 300, 300}};
+    for (const auto& [left, top, right, bottom] : rectangles) {
+        Raster picture(40, 30, 24, RowOrder::BottomUp);
+        EXPECT_TRUE(drawnGrid(picture, left, top, right, bottom).paddingIsWhole());
+    }
+    Raster picture(40, 30, 24);
+    for (const auto& [right, bottom] : {std::pair{10, 20}, {20, 10}, {5, 5}}) {
+        drawnGrid(picture, 10, 10, right, bottom);
+        for (int y = 0; y < 30; ++y)
+            EXPECT_EQ(picture.row(y), Bytes(120, 0));
+    }
+}
+
+} // namespace
+} // namespace veldran
