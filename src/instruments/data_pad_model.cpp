@@ -45,13 +45,6 @@ constexpr int kBlinkReach = 8;
 
 constexpr std::size_t kRingCount = 30;
 
-// Truncated once, not for each of the two products.
-Colour mix(Colour near, Colour far, int weight) {
-    const auto channel = [weight](int from, int to) { return (from * (255 - weight) + to * weight) / 255; };
-    return makeColour(channel(redOf(near), redOf(far)), channel(greenOf(near), greenOf(far)),
-                      channel(blueOf(near), blueOf(far)));
-}
-
 bool bitOf(unsigned value, int bit) {
     return (value >> bit & 1u) != 0;
 }
@@ -71,7 +64,7 @@ std::vector<FilledRect> progressBar(const DataPadColours& colours, int frame, st
     for (int x = filled; x < kBarLength; ++x) {
         const int weight = towardsZero((x - filled) / static_cast<double>(kBarLength) * 255);
         bar.push_back({rectAt({kBarCorner.x + x, kBarCorner.y}, 1, kBarThickness),
-                       mix(colours.counter, colours.counterDark, weight)});
+                       mixColours(colours.counter, colours.counterDark, weight)});
     }
     return bar;
 }

@@ -19,12 +19,17 @@ struct Entries {
     int (*preview)(BuildContext* context);
     int (*build)(BuildContext* context);
     Colour (*background)(HWND dialog, int transparent);
-    std::unique_ptr<FrameSequence> (*open)(HWND dialog);
+    OpenSequence open;
 };
+
+template <OpenSequence kOpen>
+constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int)) {
+    return {name, previewEntry<kOpen>, buildEntry<kOpen>, background, kOpen};
+}
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
-    {"Radar", radarPreview, radarBuild, radarBackground, radarOpen},
+    drawable<openRadar>("Radar", radarBackground),
 };
 
 struct Registry {

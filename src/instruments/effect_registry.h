@@ -21,7 +21,6 @@ struct BuildContext {
     HostParams* host;     // message entry for progress, flags for the unit of delays
     HGLOBAL previewImage; // set by `preview`; the dialog's from then on
     const void* artwork;  // the instrument's locked artwork during one entry; set and cleared by the entry
-    HGLOBAL mask;         // an alpha mask that serves all frames of one build; freed by the frame loop
 };
 
 // One instrument. Entries answer 1 on success and 0 on failure; `build` leaves what it has appended to the caller, who
@@ -36,7 +35,7 @@ struct EffectDescriptor {
     Colour (*background)(HWND dialog, int transparent);
     const int* controls; // identities of its controls, spinners after their fields; ends with 0
     // The animation's frames one by one, as `build` makes them, for playing; null when it cannot be opened.
-    std::unique_ptr<FrameSequence> (*open)(HWND dialog);
+    std::unique_ptr<FrameSequence> (*open)(HWND dialog, HostParams* host);
 };
 
 // The twenty instruments; the index is what the setting MainEffect stores.

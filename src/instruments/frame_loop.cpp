@@ -7,8 +7,14 @@
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
 
+#include <new>
+
 namespace veldran {
 namespace {
+
+bool wantsAlpha(HWND dialog) {
+    return isChecked(dialog, kControlAlpha);
+}
 
 bool appendFrame(BuildContext& context, GlobalBlock image, std::uint32_t delay) {
     FrameRecord record{};
@@ -21,24 +27,9 @@ bool appendFrame(BuildContext& context, GlobalBlock image, std::uint32_t delay) 
     return true;
 }
 
-// Frees the mask that frames have left in the context.
-class MaskGuard {
-public:
-    explicit MaskGuard(BuildContext& context) : context_(context) {}
-    MaskGuard(const MaskGuard&) = delete;
-    MaskGuard& operator=(const MaskGuard&) = delete;
-    ~MaskGuard() {
-        GlobalBlock mask(context_.mask);
-        context_.mask = nullptr;
-    }
-
-private:
-    BuildContext& context_;
-};
-
 bool appendFrames(BuildContext& context, FrameSequence& sequence) {
     for (int i = 0; i < sequence.frames(); ++i) {
-        GlobalBlock image = renderWithAlpha(context, sequence, i);
+        GlobalBlock image = sequence.renderFinished(i);
         if (!image || !appendFrame(context, std::move(image), sequence.delay(i)))
             return false;
         showProgress(context.host, sequence.progress(i), sequence.progressTotal());
@@ -46,15 +37,24 @@ bool appendFrames(BuildContext& context, FrameSequence& sequence) {
     return true;
 }
 
+// Opens the animation for the scope of `body`, whose answer is the entry's; 0 when it cannot be opened or memory runs
+// out.
+template <class Body>
+int withSequence(BuildContext& context, OpenSequence open, Body body) {
+    int done = 0;
+    try {
+        if (const std::unique_ptr<FrameSequence> sequence = open(context.dialog, context.host)) {
+            context.artwork = sequence->artwork();
+            done = body(*sequence) ? 1 : 0;
+        }
+    } catch (const std::bad_alloc&) {
+        done = 0;
+    }
+    context.artwork = nullptr;
+    return done;
+}
+
 } // namespace
-
-std::uint32_t frameDelay(HWND dialog) {
-    return static_cast<std::uint32_t>(readParameter(dialog, kControlDelay));
-}
-
-bool wantsAlpha(HWND dialog) {
-    return isChecked(dialog, kControlAlpha);
-}
 
 Colour backgroundOr(HWND dialog, Colour own) {
     if (wantsAlpha(dialog) && isChecked(dialog, kControlAlphaBackground))
@@ -62,17 +62,34 @@ Colour backgroundOr(HWND dialog, Colour own) {
     return own;
 }
 
-GlobalBlock renderWithAlpha(BuildContext& context, FrameSequence& sequence, int index) {
-    GlobalBlock image = sequence.render(context, index);
-    if (image && wantsAlpha(context.dialog))
-        if (GlobalBlock merged = mergeAlpha(image.get(), context.mask))
-            return merged;
-    return image;
+std::uint32_t delayUnitOf(const HostParams* host) {
+    return host != nullptr ? host->flags : 0;
 }
 
-int buildSequence(BuildContext& context, FrameSequence* sequence) {
-    const MaskGuard mask(context);
-    return sequence != nullptr && appendFrames(context, *sequence) ? 1 : 0;
+FrameSequence::FrameSequence(HWND dialog)
+    : delay_(static_cast<std::uint32_t>(readParameter(dialog, kControlDelay))), alpha_(wantsAlpha(dialog)) {}
+
+GlobalBlock FrameSequence::renderFinished(int index) {
+    GlobalBlock image = render(index);
+    if (!image || !alpha_)
+        return image;
+    if (!mask_)
+        mask_ = renderMask();
+    if (!mask_)
+        return {};
+    GlobalBlock merged = mergeAlpha(image.get(), mask_.get());
+    return merged ? std::move(merged) : std::move(image);
+}
+
+int runPreview(BuildContext& context, OpenSequence open) {
+    return withSequence(context, open, [&](FrameSequence& sequence) {
+        context.previewImage = sequence.renderStill().release();
+        return context.previewImage != nullptr;
+    });
+}
+
+int runBuild(BuildContext& context, OpenSequence open) {
+    return withSequence(context, open, [&](FrameSequence& sequence) { return appendFrames(context, sequence); });
 }
 
 } // namespace veldran

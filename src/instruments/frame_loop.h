@@ -1,55 +1,73 @@
-// What all instruments do alike: the loop over the frames, the colour of the empty area, the common controls.
+// What all instruments do alike: opening, the loop over the frames, the alpha mask, the common controls.
 #pragma once
 
 #include "base/global_block.h"
 #include "instruments/effect_registry.h"
 
-#include <new>
-
 namespace veldran {
-
-// What the main dialog's own controls say to an instrument.
-std::uint32_t frameDelay(HWND dialog);
-bool wantsAlpha(HWND dialog);
 
 // `own`, or the colour behind alpha frames when "Alpha transparency" and "Alpha background" are both checked.
 Colour backgroundOr(HWND dialog, Colour own);
 
-// The frames of one animation with the parameters as they were when it was opened. Holds what all frames share.
+// The host's delay unit as flags of HostParams; 0 without a host.
+std::uint32_t delayUnitOf(const HostParams* host);
+
+// The frames of one animation with the parameters as they were when it was opened. Holds what all frames share. Images
+// that it gives out are the caller's; an empty one means failure. Its functions may throw std::bad_alloc.
 class FrameSequence {
 public:
-    FrameSequence() = default;
     FrameSequence(const FrameSequence&) = delete;
     FrameSequence& operator=(const FrameSequence&) = delete;
     virtual ~FrameSequence() = default;
 
     virtual int frames() const = 0;
-    virtual std::uint32_t delay(int index) const = 0; // in the host's unit
+    // How long frame `index` is shown, in the host's unit: what "Delay:" says.
+    virtual std::uint32_t delay(int) const { return delay_; }
 
-    // Renders frame `index`, 0 to frames() - 1; empty on failure. With alpha it leaves a mask of the frame's size in
-    // BuildContext::mask, once or for every frame.
-    virtual GlobalBlock render(BuildContext& context, int index) = 0;
+    // Frame `index`, 0 to frames() - 1, without alpha.
+    virtual GlobalBlock render(int index) = 0;
+    // The representative frame.
+    virtual GlobalBlock renderStill() = 0;
+    // The alpha of all frames, in their size: white is opaque.
+    virtual GlobalBlock renderMask() = 0;
 
     // What is reported to the host once a frame is done.
     virtual int progress(int index) const { return index; }
     virtual int progressTotal() const { return frames(); }
+
+    // The artwork in use, if there is one, for BuildContext.
+    virtual const void* artwork() const { return nullptr; }
+
+    // Frame `index` as the host receives it: merged with the mask when alpha is wanted. A frame whose merging fails is
+    // delivered without.
+    GlobalBlock renderFinished(int index);
+
+protected:
+    // Reads the common controls.
+    explicit FrameSequence(HWND dialog);
+
+private:
+    std::uint32_t delay_;
+    bool alpha_;
+    GlobalBlock mask_; // once it was needed
 };
 
-// Frame `index` as the host receives it: rendered, and merged with its mask when alpha is wanted. Empty on failure.
-GlobalBlock renderWithAlpha(BuildContext& context, FrameSequence& sequence, int index);
+// Opens the animation with what the dialog's controls say; null when artwork or a file is missing. `host` tells the
+// unit of delays and may be null. May throw std::bad_alloc.
+using OpenSequence = std::unique_ptr<FrameSequence> (*)(HWND dialog, HostParams* host);
 
-// Runs the body of an entry: 0 when memory runs out in it.
-template <class Body>
-int runEntry(Body body) {
-    try {
-        return body();
-    } catch (const std::bad_alloc&) {
-        return 0;
-    }
+// The bodies of the entries: 1 when the still picture stands in the context, or all frames in its list.
+int runPreview(BuildContext& context, OpenSequence open);
+int runBuild(BuildContext& context, OpenSequence open);
+
+template <OpenSequence kOpen>
+int previewEntry(BuildContext* context) {
+    return runPreview(*context, kOpen);
 }
 
-// Renders, appends and reports all frames. 1 when they are in the list; 0 when `sequence` is null or as soon as a frame
-// cannot be rendered or appended. Frees the context's mask in any case.
-int buildSequence(BuildContext& context, FrameSequence* sequence);
+template <OpenSequence kOpen>
+int buildEntry(BuildContext* context) {
+    return runBuild(*context, kOpen);
+}
 
 } // namespace veldran

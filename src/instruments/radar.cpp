@@ -3,13 +3,13 @@
 #include "instruments/radar.h"
 
 #include "base/gdi.h"
-#include "instruments/frame_loop.h"
+#include "instruments/canvas_places.h"
 #include "instruments/radar_model.h"
+#include "render/artwork.h"
 #include "render/blend.h"
 #include "render/canvas.h"
-#include "render/frame_image.h"
-#include "render/packed_image.h"
 #include "render/shape_mask.h"
+#include "render/shapes.h"
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
 
@@ -87,39 +87,25 @@ Font createLabelFont(int height) {
                             CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH, "Arial"));
 }
 
-void fillDisc(HDC dc, RadarPoint centre, int radius, Colour colour) {
-    const Brush brush(CreateSolidBrush(colour));
-    const Selected selectedBrush(dc, brush.get());
-    const Selected pen(dc, GetStockObject(NULL_PEN));
-    Ellipse(dc, centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius);
-}
-
-void fillRectangle(HDC dc, const RECT& rectangle, Colour colour) {
-    const Brush brush(CreateSolidBrush(colour));
-    FillRect(dc, &rectangle, brush.get());
-}
-
 void drawScreen(const ScopedCanvas& picture, const RadarScene& scene) {
     fillRectangle(picture.dc(), picture.bounds(), scene.parameters.background);
-    fillDisc(picture.dc(), scene.geometry.centre, kRadarScreenRadius, scene.parameters.screen);
+    fillDisc(picture.dc(), pointOf(scene.geometry.centre), kRadarScreenRadius, scene.parameters.screen);
 }
 
 void drawSweep(const ScopedCanvas& glow, const RadarScene& scene, int angle) {
-    const RadarPoint centre = scene.geometry.centre;
+    const POINT centre = pointOf(scene.geometry.centre);
     FillRect(glow.dc(), &glow.bounds(), static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
     for (const SweepLine& line :
          sweepLines(scene.geometry, angle, scene.parameters.traceAngle, sweepDirection(scene.parameters.increment))) {
-        const Pen pen(CreatePen(PS_SOLID, 2 * scene.geometry.unit, RGB(line.grey, line.grey, line.grey)));
-        const Selected selected(glow.dc(), pen.get());
-        MoveToEx(glow.dc(), centre.x, centre.y, nullptr);
-        LineTo(glow.dc(), line.end.x, line.end.y);
+        drawLine(glow.dc(), centre, pointOf(line.end), 2 * scene.geometry.unit,
+                 makeColour(line.grey, line.grey, line.grey));
     }
     fillDisc(glow.dc(), centre, kRadarHubRadius, 0);
 }
 
 // The box of a label of the given text size, beside the marker and turned to the screen's centre.
-RECT labelBox(const RadarScene& scene, RadarPoint marker, SIZE text) {
-    const RadarPoint centre = scene.geometry.centre;
+RECT labelBox(const RadarScene& scene, CanvasPoint marker, SIZE text) {
+    const CanvasPoint centre = scene.geometry.centre;
     const LONG left = marker.x > centre.x ? marker.x - text.cx - kLabelGapLeft : marker.x + kLabelGapRight;
     const LONG top = marker.y > centre.y ? marker.y - text.cy - kLabelGapAbove : marker.y;
     RECT box{left, top, left + text.cx, top + text.cy};
@@ -127,7 +113,7 @@ RECT labelBox(const RadarScene& scene, RadarPoint marker, SIZE text) {
     return box;
 }
 
-void drawLabel(HDC dc, const RadarScene& scene, const std::string& name, RadarPoint position) {
+void drawLabel(HDC dc, const RadarScene& scene, const std::string& name, CanvasPoint position) {
     const Colour colour = scene.parameters.marker;
     const Selected font(dc, scene.labelFont.get());
     SIZE text{};
@@ -146,10 +132,10 @@ void drawLabel(HDC dc, const RadarScene& scene, const std::string& name, RadarPo
 }
 
 void drawMarker(HDC dc, const RadarScene& scene, const RadarMarker& marker, const ConstImageView& glow) {
-    const RadarPoint at = markerPosition(scene.geometry, marker);
+    const CanvasPoint at = markerPosition(scene.geometry, marker);
     Colour colour = scene.parameters.marker;
     if (scene.parameters.pingMarkers && glow.contains(at.x, at.y))
-        colour = pingColour(colour, scene.parameters.scale, *glow.pixel(at.x, at.y));
+        colour = mixColours(colour, scene.parameters.scale, *glow.pixel(at.x, at.y));
     fillRectangle(dc, {at.x - kMarkerHalfSide, at.y - kMarkerHalfSide, at.x + kMarkerHalfSide, at.y + kMarkerHalfSide},
                   colour);
     if (!marker.name.empty())
@@ -173,9 +159,9 @@ GlobalBlock renderFrame(const RadarScene& scene, int angle) {
 }
 
 // The outline of the round screen, reduced as the frames are.
-GlobalBlock renderMask(const RadarGeometry& geometry) {
+GlobalBlock renderOutline(const RadarGeometry& geometry) {
     const int radius = geometry.unit + kRadarScreenRadius;
-    const RadarPoint centre = geometry.centre;
+    const CanvasPoint centre = geometry.centre;
     return ellipseMaskReduced(geometry.width, geometry.height,
                               {centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius},
                               geometry.percent);
@@ -183,9 +169,7 @@ GlobalBlock renderMask(const RadarGeometry& geometry) {
 
 class RadarSequence : public FrameSequence {
 public:
-    RadarSequence(HWND dialog, GlobalBlock artwork, LockedImage graticule)
-        : artwork_(std::move(artwork)), graticule_(std::move(graticule)), alpha_(wantsAlpha(dialog)),
-          delay_(frameDelay(dialog)) {
+    RadarSequence(HWND dialog, Artwork graticule) : FrameSequence(dialog), graticule_(std::move(graticule)) {
         scene_.parameters = readParameters(dialog);
         scene_.graticule = graticule_.view();
         scene_.geometry = radarGeometry(scene_.graticule.width, scene_.graticule.height, scene_.parameters.size,
@@ -195,65 +179,27 @@ public:
     }
 
     int frames() const override { return sweepFrameCount(increment_); }
-    std::uint32_t delay(int) const override { return delay_; }
+    GlobalBlock render(int index) override { return renderFrame(scene_, index * increment_); }
+    GlobalBlock renderMask() override { return renderOutline(scene_.geometry); }
+    GlobalBlock renderStill() override {
+        const bool clockwise = sweepDirection(scene_.parameters.increment) == SweepDirection::Clockwise;
+        return renderFrame(scene_, clockwise ? kPreviewAngle : -kPreviewAngle);
+    }
     int progress(int index) const override { return index * std::abs(increment_); }
     int progressTotal() const override { return 360; }
-
-    GlobalBlock render(BuildContext& context, int index) override {
-        if (alpha_ && context.mask == nullptr) {
-            context.mask = renderMask(scene_.geometry).release();
-            if (context.mask == nullptr)
-                return {};
-        }
-        return renderAt(context, index * increment_);
-    }
-
-    GlobalBlock renderStill(BuildContext& context) const {
-        const bool clockwise = sweepDirection(scene_.parameters.increment) == SweepDirection::Clockwise;
-        return renderAt(context, clockwise ? kPreviewAngle : -kPreviewAngle);
-    }
+    const void* artwork() const override { return &scene_.graticule; }
 
 private:
-    GlobalBlock renderAt(BuildContext& context, int angle) const {
-        context.artwork = &scene_.graticule;
-        GlobalBlock frame = renderFrame(scene_, angle);
-        context.artwork = nullptr;
-        return frame;
-    }
-
-    GlobalBlock artwork_;
-    LockedImage graticule_; // unlocked before the artwork goes
-    bool alpha_;
-    std::uint32_t delay_;
+    Artwork graticule_;
     int increment_ = 1;
     RadarScene scene_;
 };
 
-std::unique_ptr<RadarSequence> openSequence(HWND dialog) {
-    GlobalBlock artwork = loadPackedImage(kGraticuleResource);
-    LockedImage graticule(artwork.get());
-    if (!graticule || graticule.view().bits == 1)
-        return nullptr;
-    return std::make_unique<RadarSequence>(dialog, std::move(artwork), std::move(graticule));
-}
-
 } // namespace
 
-int radarPreview(BuildContext* context) {
-    return runEntry([context] {
-        const std::unique_ptr<RadarSequence> sequence = openSequence(context->dialog);
-        if (sequence != nullptr)
-            context->previewImage = sequence->renderStill(*context).release();
-        return context->previewImage != nullptr ? 1 : 0;
-    });
-}
-
-int radarBuild(BuildContext* context) {
-    return runEntry([context] { return buildSequence(*context, openSequence(context->dialog).get()); });
-}
-
-std::unique_ptr<FrameSequence> radarOpen(HWND dialog) {
-    return openSequence(dialog);
+std::unique_ptr<FrameSequence> openRadar(HWND dialog, HostParams*) {
+    Artwork graticule(kGraticuleResource);
+    return graticule ? std::make_unique<RadarSequence>(dialog, std::move(graticule)) : nullptr;
 }
 
 Colour radarBackground(HWND dialog, int) {

@@ -1,13 +1,11 @@
 // The radar's entries for the effect registry.
 #pragma once
 
-#include "instruments/effect_registry.h"
+#include "instruments/frame_loop.h"
 
 namespace veldran {
 
-int radarPreview(BuildContext* context);
-int radarBuild(BuildContext* context);
-std::unique_ptr<FrameSequence> radarOpen(HWND dialog);
+std::unique_ptr<FrameSequence> openRadar(HWND dialog, HostParams* host);
 Colour radarBackground(HWND dialog, int transparent);
 
 } // namespace veldran

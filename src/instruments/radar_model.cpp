@@ -10,8 +10,6 @@
 namespace veldran {
 namespace {
 
-// 3.14159 / 180. The short pi is part of the radar's look: where lines end depends on it.
-constexpr double kRadians = 0.017453277777777776;
 // 2 x 3.14159... x 226: pixels around the sweep's circle.
 constexpr double kSweepCircumference = 1419.9998794225864;
 constexpr int kMaximumIncrement = 60;
@@ -25,15 +23,8 @@ int truncate(double value) {
 } // namespace
 
 RadarGeometry radarGeometry(int graticuleWidth, int graticuleHeight, int size, int padding) {
-    RadarGeometry geometry{};
-    // Sizes that the panel does not offer, from a host that writes its own ranges: neither a division by 0 nor a unit
-    // of 0, which a size above the artwork's height would give.
-    geometry.unit = std::max(graticuleHeight / std::max(size, 1), 1);
-    geometry.pad = geometry.unit * padding;
-    geometry.width = graticuleWidth + 2 * geometry.pad;
-    geometry.height = graticuleHeight + 2 * geometry.pad;
+    RadarGeometry geometry{artworkGeometry(graticuleWidth, graticuleHeight, size, padding), {}};
     geometry.centre = {geometry.width / 2, geometry.height / 2};
-    geometry.percent = std::max(100 / geometry.unit, 1);
     return geometry;
 }
 
@@ -58,7 +49,7 @@ std::vector<SweepLine> sweepLines(const RadarGeometry& geometry, int angle, int 
     lines.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int i = 0; i < count; ++i) {
         const double fraction = static_cast<double>(i) / count;
-        const double radians = (start + fraction * traceAngle) * kRadians;
+        const double radians = (start + fraction * traceAngle) * kDialRadians;
         const int rising = truncate(fraction * 255);
         SweepLine line{};
         line.end.x = geometry.centre.x + truncate(kRadarSweepRadius * std::sin(radians));
@@ -82,17 +73,11 @@ RadarMarker parseRadarMarker(std::string_view line) {
     return marker;
 }
 
-RadarPoint markerPosition(const RadarGeometry& geometry, const RadarMarker& marker) {
+CanvasPoint markerPosition(const RadarGeometry& geometry, const RadarMarker& marker) {
     const double radius = truncate(marker.distance / 100.0 * kRadarSweepRadius);
-    const double radians = marker.bearing * kRadians;
+    const double radians = marker.bearing * kDialRadians;
     return {geometry.centre.x + truncate(radius * std::sin(radians)),
             geometry.centre.y + truncate(-radius * std::cos(radians))};
-}
-
-Colour pingColour(Colour marker, Colour scale, int glow) {
-    const auto mix = [glow](int lit, int plain) { return (lit * glow + plain * (255 - glow)) / 255; };
-    return makeColour(mix(redOf(scale), redOf(marker)), mix(greenOf(scale), greenOf(marker)),
-                      mix(blueOf(scale), blueOf(marker)));
 }
 
 } // namespace veldran

@@ -1,8 +1,8 @@
 // Radar: the geometry of screen and sweep, the markers. Core: draws nothing and knows no windows.
 #pragma once
 
+#include "instruments/artwork_geometry.h"
 #include "instruments/radar_parameters.h"
-#include "render/colour.h"
 
 #include <optional>
 #include <string>
@@ -11,13 +11,9 @@
 
 namespace veldran {
 
-// The control of a setting on the radar's panel; does not compile for a setting that has none.
+// The control of a setting on the radar's panel.
 template <Setting kSetting>
-inline constexpr int kRadarControl = [] {
-    constexpr int control = controlOf(kRadarParameters, kRadarFirstControl, kSetting);
-    static_assert(control != 0);
-    return control;
-}();
+inline constexpr int kRadarControl = kControlOf<kRadarParameters, kRadarFirstControl, kSetting>;
 
 // The list of markers, the one control that edits no setting.
 inline constexpr int kRadarMarkerList = controlOf(kRadarParameters, kRadarFirstControl, ParameterKind::Markers);
@@ -28,20 +24,8 @@ inline constexpr int kRadarScreenRadius = 258; // the round screen
 inline constexpr int kRadarSweepRadius = 226;  // the sweep's lines, and 100 % of a marker's distance
 inline constexpr int kRadarHubRadius = 55;     // the disc at the centre that the sweep never lights
 
-struct RadarPoint {
-    int x;
-    int y;
-    bool operator==(const RadarPoint&) const = default;
-};
-
-// All in graticule pixels but for `percent`, the reduction of the finished frame.
-struct RadarGeometry {
-    int unit; // graticule pixels to an output pixel
-    int pad;
-    int width;
-    int height;
-    RadarPoint centre;
-    int percent;
+struct RadarGeometry : ArtworkGeometry {
+    CanvasPoint centre;
 };
 
 // Size and padding in output pixels.
@@ -60,7 +44,7 @@ int sweepFrameCount(int increment);
 
 // One line of the afterglow, from the centre to `end`. The caller draws them in order, each over the ones before.
 struct SweepLine {
-    RadarPoint end;
+    CanvasPoint end;
     std::uint8_t grey;
 };
 
@@ -77,9 +61,6 @@ struct RadarMarker {
 // Reads "name,bearing,distance"; what is missing or no number is 0, what follows the distance is ignored.
 RadarMarker parseRadarMarker(std::string_view line);
 
-RadarPoint markerPosition(const RadarGeometry& geometry, const RadarMarker& marker);
-
-// The colour of a marker's square on which the sweep shines with `glow` (0 to 255).
-Colour pingColour(Colour marker, Colour scale, int glow);
+CanvasPoint markerPosition(const RadarGeometry& geometry, const RadarMarker& marker);
 
 } // namespace veldran

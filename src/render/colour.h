@@ -37,6 +37,13 @@ constexpr int blendChannel(int under, int over, int weight) {
     return divideBy255(under * (255 - weight)) + divideBy255(over * weight);
 }
 
+// Weight `weight` (0 to 255) of `over` on `under`, truncated once: equal colours stay.
+constexpr Colour mixColours(Colour under, Colour over, int weight) {
+    const auto mix = [weight](int plain, int lit) { return divideBy255(lit * weight + plain * (255 - weight)); };
+    return makeColour(mix(redOf(under), redOf(over)), mix(greenOf(under), greenOf(over)),
+                      mix(blueOf(under), blueOf(over)));
+}
+
 // Each channel times `factor`, limited to 0 to 255 and truncated. Above 1 brightens, below 1 darkens.
 Colour scaleColour(Colour colour, double factor);
 

@@ -93,6 +93,14 @@ constexpr int controlOf(std::span<const ParameterRow> rows, int first, Parameter
     return 0;
 }
 
+// The control of a setting on a panel; does not compile for a setting that has none there.
+template <const auto& kRows, int kFirst, Setting kSetting>
+inline constexpr int kControlOf = [] {
+    constexpr int control = controlOf(kRows, kFirst, kSetting);
+    static_assert(control != 0);
+    return control;
+}();
+
 struct NumberRange {
     int minimum;
     int maximum;

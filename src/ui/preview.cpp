@@ -117,7 +117,8 @@ void Preview::explain(const EffectDescriptor& descriptor, const std::string& mis
 void Preview::summarize(HWND dialog, HostParams* host, int effect) {
     summary_.clear();
     const EffectDescriptor& descriptor = effectDescriptor(effect);
-    const std::unique_ptr<FrameSequence> sequence = descriptor.open != nullptr ? descriptor.open(dialog) : nullptr;
+    const std::unique_ptr<FrameSequence> sequence =
+        descriptor.open != nullptr ? descriptor.open(dialog, host) : nullptr;
     const LockedImage image(image_.get());
     if (sequence == nullptr || !image)
         return;
@@ -134,9 +135,9 @@ void Preview::summarize(HWND dialog, HostParams* host, int effect) {
 bool Preview::play(HWND dialog, HostParams* host, int effect) {
     stop();
     const EffectDescriptor& descriptor = effectDescriptor(effect);
-    sequence_ = descriptor.open != nullptr ? descriptor.open(dialog) : nullptr;
+    sequence_ = descriptor.open != nullptr ? descriptor.open(dialog, host) : nullptr;
     frame_ = 0;
-    if (sequence_ == nullptr || !showFrame(dialog, host)) {
+    if (sequence_ == nullptr || !showFrame(dialog)) {
         stop();
         return false;
     }
@@ -146,7 +147,6 @@ bool Preview::play(HWND dialog, HostParams* host, int effect) {
 
 void Preview::stop() {
     sequence_.reset();
-    mask_.reset();
 }
 
 unsigned Preview::advance(HWND dialog, HostParams* host) {
@@ -159,7 +159,7 @@ unsigned Preview::advance(HWND dialog, HostParams* host) {
         due_ += delayOf(host, frame_);
     }
     due_ = std::max(due_, now);
-    if (!showFrame(dialog, host)) {
+    if (!showFrame(dialog)) {
         stop();
         return 0;
     }
@@ -172,11 +172,8 @@ unsigned Preview::delayOf(const HostParams* host, int index) const {
     return std::max(sequence_->delay(index) * (hundredths ? 10u : 1u), kShortestDelay);
 }
 
-bool Preview::showFrame(HWND dialog, HostParams* host) {
-    BuildContext context = contextFor(dialog, host);
-    context.mask = mask_.release();
-    GlobalBlock frame = renderWithAlpha(context, *sequence_, frame_);
-    mask_.reset(context.mask);
+bool Preview::showFrame(HWND dialog) {
+    GlobalBlock frame = sequence_->renderFinished(frame_);
     if (!frame)
         return false;
     image_ = std::move(frame);

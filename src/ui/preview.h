@@ -35,7 +35,7 @@ public:
     const std::string& summary() const { return summary_; }
 
 private:
-    bool showFrame(HWND dialog, HostParams* host);
+    bool showFrame(HWND dialog);
     unsigned delayOf(const HostParams* host, int index) const;
     void explain(const EffectDescriptor& descriptor, const std::string& missing);
     void summarize(HWND dialog, HostParams* host, int effect);
@@ -44,7 +44,6 @@ private:
     std::string message_;
     std::string summary_;
     std::unique_ptr<FrameSequence> sequence_;
-    GlobalBlock mask_; // of the animation that plays
     int frame_ = 0;
     ULONGLONG due_ = 0; // when the frame shown gives way to the next, in milliseconds of the system's clock
 };

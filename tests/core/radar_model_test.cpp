@@ -1,6 +1,7 @@
 // The radar's numbers: sizes, sweep, markers. End points were computed by a script with the radar's own pi of 3.14159.
 // Draws nothing.
 #include "instruments/radar_model.h"
+#include "render/colour.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +27,7 @@ TEST(RadarModel, GeometryFollowsFromSizeAndPadding) {
                   (std::array{c.unit, c.pad, c.side, c.side, c.centre, c.centre, c.percent}))
             << c.size;
     }
-    EXPECT_EQ(radarGeometry(100, 526, 160, 0).centre, (RadarPoint{50, 263}));
+    EXPECT_EQ(radarGeometry(100, 526, 160, 0).centre, (CanvasPoint{50, 263}));
 }
 
 TEST(RadarModel, IncrementGivesDirectionAndFrames) {
@@ -49,7 +50,7 @@ TEST(RadarModel, SweepFadesBehindItsLeadingEdge) {
         int angle, trace;
         SweepDirection direction;
         std::size_t lines;
-        RadarPoint first, middle, last;
+        CanvasPoint first, middle, last;
         std::array<int, 3> greys;
     } cases[] = {{0, 30, kClockwise, 118, {181, 98}, {235, 75}, {292, 68}, {0, 127, 252}},
                  {90, 180, kClockwise, 709, {68, 293}, {293, 68}, {518, 292}, {0, 127, 254}},
@@ -93,11 +94,11 @@ TEST(RadarModel, ReadsMarkersForgivingly) {
 
 TEST(RadarModel, MarkersStandAtTheirPlacesAndStayFinite) {
     EXPECT_EQ(markerPosition(kDefault, {"", 0, 0}), kDefault.centre);
-    EXPECT_EQ(markerPosition(kDefault, {"", 48, 48}), (RadarPoint{373, 221}));
-    EXPECT_EQ(markerPosition(kDefault, {"", 217, 88}), (RadarPoint{174, 451}));
-    EXPECT_EQ(markerPosition(kDefault, {"", 48, 250}), (RadarPoint{712, -85}));
-    EXPECT_EQ(markerPosition(kDefault, {"", -90, 50}), (RadarPoint{181, 293}));
-    const RadarPoint far = markerPosition(kDefault, {"", 90, INT32_MAX});
+    EXPECT_EQ(markerPosition(kDefault, {"", 48, 48}), (CanvasPoint{373, 221}));
+    EXPECT_EQ(markerPosition(kDefault, {"", 217, 88}), (CanvasPoint{174, 451}));
+    EXPECT_EQ(markerPosition(kDefault, {"", 48, 250}), (CanvasPoint{712, -85}));
+    EXPECT_EQ(markerPosition(kDefault, {"", -90, 50}), (CanvasPoint{181, 293}));
+    const CanvasPoint far = markerPosition(kDefault, {"", 90, INT32_MAX});
     EXPECT_GT(far.x, 65535); // beyond every canvas, yet far enough from overflow to add sizes to it
     EXPECT_LT(far.x, INT32_MAX / 2);
     EXPECT_LT(markerPosition(kDefault, {"", INT32_MIN, INT32_MIN}).x, INT32_MAX / 2);
@@ -106,10 +107,10 @@ TEST(RadarModel, MarkersStandAtTheirPlacesAndStayFinite) {
 TEST(RadarModel, PingMixesWithOneDivision) {
     const Colour marker = makeColour(200, 10, 90);
     const Colour scale = makeColour(255, 0, 17);
-    EXPECT_EQ(pingColour(marker, scale, 0), marker);
-    EXPECT_EQ(pingColour(marker, scale, 255), scale);
-    EXPECT_EQ(pingColour(marker, scale, 77), makeColour(216, 6, 67));
-    EXPECT_EQ(pingColour(marker, marker, 128), marker); // two divisions would lose 1 here
+    EXPECT_EQ(mixColours(marker, scale, 0), marker);
+    EXPECT_EQ(mixColours(marker, scale, 255), scale);
+    EXPECT_EQ(mixColours(marker, scale, 77), makeColour(216, 6, 67));
+    EXPECT_EQ(mixColours(marker, marker, 128), marker); // two divisions would lose 1 here
 }
 
 } // namespace
