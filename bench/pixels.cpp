@@ -1,5 +1,5 @@
 // Resampling, glow and blur, bezel, mask, scale grid, alpha merge on images like those of a screen with a trace.
-#include "pixels.h"
+#include "bench.h"
 
 #include "render/bezel.h"
 #include "render/blend.h"
@@ -48,25 +48,32 @@ Shared screen(int width, int height, int bits) {
     return picture;
 }
 
-PixelStage resampling(const std::string& name, const Shared& source, int width, int height) {
+double pixelsOf(const Shared& picture) {
+    return static_cast<double>(picture->view.width) * picture->view.height;
+}
+
+double bytesOf(const Shared& picture) {
+    return static_cast<double>(picture->block.size());
+}
+
+// Per pixel of the source.
+Stage resampling(const std::string& name, const Shared& source, int width, int height) {
     const Shared target = blank(width, height, source->view.bits == 32 ? 32 : 24);
-    return {"resample " + name, source->block.size() + target->block.size(),
+    return {"resample " + name, pixelsOf(source), bytesOf(source), 1,
             [=] { resampleArea(source->view, target->view); }};
 }
 
 // A stage that changes a picture and begins each run with the same one; the copy is part of what is measured.
 template <class Change>
-PixelStage changing(const std::string& name, const Shared& source, Change change) {
+Stage changing(const std::string& name, const Shared& source, Change change) {
     const Shared work = std::make_shared<Picture>(source->view.width, source->view.height, source->view.bits);
-    return {name, 2 * source->block.size(), [=] {
+    return {name, pixelsOf(source), bytesOf(source), 1, [=] {
                 std::ranges::copy(source->block, work->block.begin());
                 change(work->view);
             }};
 }
 
-} // namespace
-
-std::vector<PixelStage> pixelStages(int width, int height) {
+std::vector<Stage> stages(int width, int height) {
     const Shared colours = screen(width, height, 24);
     const Shared alpha = screen(width, height, 24);
     const Shared deep = screen(width, height, 32);
@@ -91,14 +98,21 @@ std::vector<PixelStage> pixelStages(int width, int height) {
         changing("blur 66", colours, [](const ImageView& image) { blurImage(image, 66); }),
         changing("glow 17", colours, [](const ImageView& image) { glowImage(image, 100, 17); }),
         changing("glow 66", colours, [](const ImageView& image) { glowImage(image, 100, 66); }),
-        {"bezel, worked out", colours->block.size(), [=] { Bezel(width, height, shape, 0xCCD9D9, 0x202020); }},
+        {"bezel, worked out", pixelsOf(colours), bytesOf(colours), 1,
+         [=] { Bezel(width, height, shape, 0xCCD9D9, 0x202020); }},
         changing("bezel, drawn", colours, [=](const ImageView& image) { bezel->draw(image); }),
-        {"bezel mask", mask->block.size(), [=] { drawBezelMask(mask->view, shape); }},
+        {"bezel mask", pixelsOf(mask), bytesOf(mask), 1, [=] { drawBezelMask(mask->view, shape); }},
         changing("scale grid", colours,
                  [](const ImageView& image) { drawScaleGrid(image, 20, 20, image.width - 20, image.height - 20, 0); }),
-        {"alpha merge", colours->block.size() + alpha->block.size() + merged->block.size(),
+        {"alpha merge", pixelsOf(merged), (bytesOf(colours) + bytesOf(alpha) + bytesOf(merged)) / 2, 1,
          [=] { mergeAlphaPixels(colours->view, alpha->view, merged->view); }},
     };
+}
+
+} // namespace
+
+void benchPixels() {
+    printTable("Pixels: 1000 x 1000", stages(1000, 1000));
 }
 
 } // namespace veldran::bench

@@ -68,6 +68,8 @@ private:
     }
     bool failMemory() { return fail(errorText(ErrorCode::Memory)); }
 
+    Dithering dithering() const { return options_.dither ? Dithering::ErrorDiffusion : Dithering::None; }
+
     void askBackground();
     bool renderFrames();
     bool quantize();
@@ -121,7 +123,7 @@ bool AnimationBuild::quantize() {
         return true;
     showStatus(host_, "Quantizing");
     const LockedFrames frames(frames_);
-    std::optional<PalettePlan> plan = frames ? planAdaptivePalette(frames.views(), wish_) : std::nullopt;
+    std::optional<PalettePlan> plan = frames ? planAdaptivePalette(frames.views(), wish_, dithering()) : std::nullopt;
     if (!plan)
         return failMemory();
     plan_ = *plan;
@@ -142,14 +144,13 @@ bool AnimationBuild::remap() {
             showProgress(host_, i, frames_.count);
         return true;
     }
-    const Dithering dithering = options_.dither ? Dithering::ErrorDiffusion : Dithering::None;
     if (!plan_.adaptive) {
         const LockedFrames frames(frames_);
         if (!frames)
             return failMemory();
-        plan_.slot = findFreeSlot(plan_, frames.views(), wish_, dithering);
+        plan_.slot = findFreeSlot(plan_, frames.views(), wish_, dithering());
     }
-    return remapFrames(frames_, plan_, wish_, dithering, host_) || failMemory();
+    return remapFrames(frames_, plan_, wish_, dithering(), host_) || failMemory();
 }
 
 void AnimationBuild::fillTask() {

@@ -4,6 +4,9 @@
 #include "host/host_link.h"
 
 #include <algorithm>
+#include <deque>
+#include <optional>
+#include <utility>
 
 namespace veldran {
 namespace {
@@ -62,21 +65,35 @@ std::uint32_t fillSlot(const FrameRecord& record, bool isFirst, const ImageView&
     return slot;
 }
 
-bool remapFrame(FrameRecord& record, bool isFirst, Remapper& remapper, const PalettePlan& plan, const SlotWish& wish) {
-    const LockedImage source(record.image);
-    if (!source)
-        return false;
-    GlobalBlock remapped = createImage(source.view().width, source.view().height, 8);
-    {
-        const LockedImage target(remapped.get());
-        if (!target)
-            return false;
-        fillColourTable(target, plan.palette);
-        remapper.remap(source.view(), target.view());
-        record.transparent = fillSlot(record, isFirst, source.view(), target.view(), plan, wish);
-    }
-    record.image = remapped.release();
-    return true;
+// A frame on its way from true colour to the palette. The locks end before the block does.
+struct FrameAtWork {
+    LockedImage source;
+    GlobalBlock image;
+    LockedImage target;
+
+    explicit operator bool() const { return source && target; }
+    RemapPair pair() const { return {source.view(), target.view()}; }
+};
+
+FrameAtWork beginFrame(const FrameRecord& record, const Palette& palette) {
+    FrameAtWork frame;
+    frame.source = LockedImage(record.image);
+    if (!frame.source)
+        return frame;
+    frame.image = createImage(frame.source.view().width, frame.source.view().height, 8);
+    frame.target = LockedImage(frame.image.get());
+    if (frame.target)
+        fillColourTable(frame.target, palette);
+    return frame;
+}
+
+// Replaces the record's image by what the frame has become.
+void finishFrame(FrameRecord& record, bool isFirst, FrameAtWork frame, const PalettePlan& plan, const SlotWish& wish) {
+    record.transparent = fillSlot(record, isFirst, frame.source.view(), frame.target.view(), plan, wish);
+    const GlobalBlock old(record.image);
+    record.image = frame.image.release();
+    frame.source = LockedImage();
+    frame.target = LockedImage();
 }
 
 } // namespace
@@ -117,15 +134,33 @@ bool remapFrames(FrameList& list, const PalettePlan& plan, const SlotWish& wish,
     const LockedRecords records(list);
     if (!records)
         return false;
-    Remapper remapper(plan.palette, plan.colours, dithering);
-    for (int i = 0; i < list.count; ++i) {
-        FrameRecord& record = records.begin()[i];
-        const HGLOBAL source = record.image;
-        if (!remapFrame(record, i == 0, remapper, plan, wish))
-            return false;
-        GlobalBlock old(source);
-        showProgress(host, i, list.count);
+    Remapper remapper(plan.palette, plan.colours, dithering, plan.slot >= 0 ? colourApart(wish) : kNoColour);
+    // The remapper looks back at the last frame of the group before, as it was without the reserved slot: that frame is
+    // finished one group later.
+    std::deque<FrameAtWork> open;
+    int finished = 0;
+    const auto finishUntil = [&](std::size_t left) {
+        for (; open.size() > left; ++finished) {
+            finishFrame(records.begin()[finished], finished == 0, std::move(open.front()), plan, wish);
+            open.pop_front();
+            showProgress(host, finished, list.count);
+        }
+    };
+    for (int next = 0; next < list.count;) {
+        std::optional<RemapPair> before;
+        if (!open.empty())
+            before = open.back().pair();
+        std::vector<RemapPair> group;
+        for (; next < list.count && group.size() < Remapper::kSideBySide; ++next) {
+            open.push_back(beginFrame(records.begin()[next], plan.palette));
+            if (!open.back())
+                return false;
+            group.push_back(open.back().pair());
+        }
+        remapper.remap(group, before ? &*before : nullptr);
+        finishUntil(1);
     }
+    finishUntil(0);
     return true;
 }
 

@@ -112,11 +112,7 @@ int nearestEntry(const Palette& palette, int count, Colour colour) {
     int nearest = 0;
     int least = INT32_MAX;
     for (int i = 0; i < count && least > 0; ++i) {
-        const PaletteEntry& entry = palette[static_cast<std::size_t>(i)];
-        const int red = entry.red - redOf(colour);
-        const int green = entry.green - greenOf(colour);
-        const int blue = entry.blue - blueOf(colour);
-        const int distance = red * red + green * green + blue * blue;
+        const int distance = squaredDistance(palette[static_cast<std::size_t>(i)], paletteEntry(colour));
         if (distance < least) {
             least = distance;
             nearest = i;

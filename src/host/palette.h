@@ -23,6 +23,14 @@ constexpr PaletteEntry paletteEntry(Colour colour) {
             static_cast<std::uint8_t>(blueOf(colour))};
 }
 
+// In RGB; 0 to 3 x 255^2.
+constexpr int squaredDistance(const PaletteEntry& a, const PaletteEntry& b) {
+    const int red = a.red - b.red;
+    const int green = a.green - b.green;
+    const int blue = a.blue - b.blue;
+    return red * red + green * green + blue * blue;
+}
+
 // Fills `palette` (when given) with the built-in palette `choice`, writes its depth in bits to `depth` (when given) and
 // returns its number of colours. Choices 0 to 8 are those of the palette list, 9 is eight primaries; every other number
 // counts as 6.

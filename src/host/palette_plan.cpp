@@ -12,21 +12,37 @@ namespace {
 
 constexpr int kMostColours = 256;
 
-std::array<bool, 256> usedEntries(const PalettePlan& plan, std::span<const ConstImageView> frames,
+// Remaps all frames, as many at a time as the remapper likes, and notes what they show.
+std::array<bool, 256> usedEntries(const PalettePlan& plan, std::span<const ConstImageView> frames, const SlotWish& wish,
                                   Dithering dithering) {
     std::array<bool, 256> used{};
-    Remapper remapper(plan.palette, plan.colours, dithering);
-    std::vector<std::uint8_t> pixels;
-    for (const ConstImageView& frame : frames) {
-        pixels.resize(static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height));
-        remapper.remap(frame, ImageView{pixels.data(), frame.width, frame.height, frame.width, 8, nullptr});
-        for (const std::uint8_t entry : pixels)
-            used[entry] = true;
+    Remapper remapper(plan.palette, plan.colours, dithering, colourApart(wish));
+    std::array<std::vector<std::uint8_t>, Remapper::kSideBySide + 1> pixels; // the last one holds the frame before
+    std::vector<RemapPair> pairs;
+    RemapPair before{};
+    for (std::size_t first = 0; first < frames.size(); first += pairs.size()) {
+        pairs.clear();
+        for (std::size_t i = first; i < frames.size() && pairs.size() < Remapper::kSideBySide; ++i) {
+            const ConstImageView& frame = frames[i];
+            std::vector<std::uint8_t>& target = pixels[pairs.size()];
+            target.resize(static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height));
+            pairs.push_back({frame, {target.data(), frame.width, frame.height, frame.width, 8, nullptr}});
+        }
+        remapper.remap(pairs, first == 0 ? nullptr : &before);
+        for (std::size_t i = 0; i < pairs.size(); ++i)
+            for (const std::uint8_t entry : pixels[i])
+                used[entry] = true;
+        std::swap(pixels[pairs.size() - 1], pixels.back());
+        before = pairs.back();
     }
     return used;
 }
 
 } // namespace
+
+Colour colourApart(const SlotWish& wish) {
+    return wish.background && !wish.supercompress ? wish.colour : kNoColour;
+}
 
 PalettePlan planFixedPalette(int choice) {
     PalettePlan plan;
@@ -34,14 +50,15 @@ PalettePlan planFixedPalette(int choice) {
     return plan;
 }
 
-std::optional<PalettePlan> planAdaptivePalette(std::span<const ConstImageView> frames, const SlotWish& wish) {
+std::optional<PalettePlan> planAdaptivePalette(std::span<const ConstImageView> frames, const SlotWish& wish,
+                                               Dithering dithering) {
     const bool reserve = wish.supercompress || wish.background;
     PalettePlan plan;
     plan.adaptive = true;
     const int colourCount = reserve ? kMostColours - 1 : kMostColours;
-    // Supercompressed frames show the background in its own colour wherever it appears later on.
-    const bool exclude = wish.background && !wish.supercompress;
-    const QuantizeRequest request{frames, colourCount, exclude ? std::optional(wish.colour) : std::nullopt};
+    const Colour apart = colourApart(wish);
+    const QuantizeRequest request{frames, colourCount, apart != kNoColour ? std::optional(apart) : std::nullopt,
+                                  dithering == Dithering::ErrorDiffusion};
     std::optional<int> colours = optimalPalette(request, plan.palette);
     if (!colours)
         colours = optimalPaletteInSmallMemory(request, plan.palette);
@@ -63,7 +80,7 @@ int findFreeSlot(const PalettePlan& plan, std::span<const ConstImageView> frames
     const int entries = 1 << plan.depth;
     if (plan.colours < entries)
         return plan.colours;
-    const std::array<bool, 256> used = usedEntries(plan, frames, dithering);
+    const std::array<bool, 256> used = usedEntries(plan, frames, wish, dithering);
     for (int slot = 0; slot < entries; ++slot)
         if (!used[static_cast<std::size_t>(slot)])
             return slot;

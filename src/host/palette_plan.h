@@ -25,11 +25,17 @@ struct SlotWish {
     Colour colour;    // the background, or kNoColour
 };
 
+// The colour whose pixels a remapper leaves apart, because all of them go to the reserved slot; kNoColour without one.
+// Supercompressed frames show the background in its own colour wherever it appears later on.
+Colour colourApart(const SlotWish& wish);
+
 PalettePlan planFixedPalette(int choice);
 
 // The best palette for the frames; with a wish the last slot is left for the background colour, which then takes no
-// part unless frames are supercompressed. Nothing when both methods run out of memory.
-std::optional<PalettePlan> planAdaptivePalette(std::span<const ConstImageView> frames, const SlotWish& wish);
+// part unless frames are supercompressed. A palette for dithering reaches further out. Nothing when both methods run
+// out of memory.
+std::optional<PalettePlan> planAdaptivePalette(std::span<const ConstImageView> frames, const SlotWish& wish,
+                                               Dithering dithering);
 
 // The slot of a fixed palette that can be reserved without changing it: the first that the palette leaves free below
 // 2^depth, else one that no remapped frame uses; -1 when there is none or the wish asks for none. Masking the

@@ -3,101 +3,19 @@
 #include "host/palette_plan.h"
 #include "host/quantizer.h"
 #include "host/remap.h"
+#include "pictures.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
 #include <deque>
-#include <functional>
 #include <map>
 #include <random>
-#include <set>
 #include <vector>
 
 namespace veldran {
 namespace {
-
-using Random = std::mt19937;
-using Frames = std::vector<ConstImageView>;
-
-// A packed bitmap that owns its bytes; black, and without alpha, at first.
-class Picture {
-public:
-    using Painter = std::function<Colour(int)>; // asked for the colour of each pixel by its running number
-
-    Picture(int width, int height, int bits, const Painter& colourOf = {})
-        : block_(packedBitmapBytes(width, height, bits).value()) {
-        writeBitmapHeader(block_, width, height, bits);
-        view_ = viewPackedBitmap(std::span<std::uint8_t>(block_)).value();
-        for (int i = 0; colourOf && i < width * height; ++i)
-            set(i % width, i / width, colourOf(i));
-    }
-    Picture(const Picture&) = delete;
-
-    const ImageView& view() const { return view_; }
-    Colour at(int x, int y) const {
-        const std::uint8_t* pixel = view_.pixel(x, y);
-        return makeColour(pixel[2], pixel[1], pixel[0]);
-    }
-    std::vector<int> indices() const {
-        std::vector<int> all;
-        for (int y = 0; y < view_.height; ++y)
-            all.insert(all.end(), view_.row(y), view_.row(y) + view_.width);
-        return all;
-    }
-
-private:
-    void set(int x, int y, Colour colour) {
-        std::uint8_t* pixel = view_.pixel(x, y);
-        pixel[0] = static_cast<std::uint8_t>(blueOf(colour));
-        pixel[1] = static_cast<std::uint8_t>(greenOf(colour));
-        pixel[2] = static_cast<std::uint8_t>(redOf(colour));
-    }
-
-    std::vector<std::uint8_t> block_;
-    ImageView view_;
-};
-
-// Frames that own their pixels.
-struct Animation {
-    std::deque<Picture> pictures;
-    Frames frames;
-
-    void add(int width, int height, int bits, const Picture::Painter& colourOf) {
-        frames.push_back(pictures.emplace_back(width, height, bits, colourOf).view());
-    }
-    // One row of pixels.
-    void add(const std::vector<Colour>& pixels) {
-        add(static_cast<int>(pixels.size()), 1, 24, [&](int i) { return pixels[static_cast<std::size_t>(i)]; });
-    }
-};
-
-Colour grey(int level) {
-    return makeColour(level, level, level);
-}
-
-Colour colourOfEntry(const PaletteEntry& entry) {
-    return makeColour(entry.red, entry.green, entry.blue);
-}
-
-std::set<Colour> colours(const Palette& palette, int count) {
-    std::set<Colour> all;
-    for (int i = 0; i < count; ++i)
-        all.insert(colourOfEntry(palette[static_cast<std::size_t>(i)]));
-    return all;
-}
-
-int squaredDistance(Colour a, Colour b) {
-    const int red = redOf(a) - redOf(b);
-    const int green = greenOf(a) - greenOf(b);
-    const int blue = blueOf(a) - blueOf(b);
-    return red * red + green * green + blue * blue;
-}
-
-Colour distinctColour(int i) { // different for 0 to 255
-    return makeColour(i, 255 - i, i * 7);
-}
 
 using Quantizer = std::optional<int> (*)(const QuantizeRequest&, Palette&);
 constexpr Quantizer kBothMethods[] = {optimalPalette, optimalPaletteInSmallMemory};
@@ -145,6 +63,25 @@ TEST(Quantizer, EntriesAreTheMeansOfWhatTheyStandFor) {
         EXPECT_EQ(c.method({animation.frames, count, {}}, palette), count);
         EXPECT_EQ(colours(palette, count), c.means);
     }
+}
+
+// 120000 pixels of one colour and 40000 of another, standing still or flickering: a count that wraps anywhere would
+// move the mean.
+TEST(Quantizer, CountsBeyondSixteenBits) {
+    for (const int frames : {1, 3})
+        for (const bool flicker : {false, true}) {
+            Animation animation;
+            for (int i = 0; i < frames; ++i)
+                animation.add(400, 400, 24,
+                              [&](int k) { return (k + (flicker ? i : 0)) % 4 == 0 ? grey(100) : grey(0); });
+            for (const Quantizer method : kBothMethods) {
+                Palette palette;
+                ASSERT_EQ(method({animation.frames, 1, {}}, palette), 1);
+                EXPECT_EQ(palette[0], (PaletteEntry{25, 25, 25})) << frames << flicker;
+                ASSERT_EQ(method({animation.frames, 1, grey(0)}, palette), 1);
+                EXPECT_EQ(palette[0], (PaletteEntry{100, 100, 100})) << frames << flicker;
+            }
+        }
 }
 
 TEST(Quantizer, TheOrderOfFramesAndPixelsDoesNotMatter) {
@@ -225,7 +162,7 @@ TEST(PalettePlan, AdaptivePalettesReserveTheirLastEntry) {
                  {"supercompressed and masked", {true, true, false, ground}, 255, 255, 254}};
     const Picture picture(16, 16, 24, [](int i) { return distinctColour(i); });
     for (const auto& c : cases) {
-        const PalettePlan plan = planAdaptivePalette(Frames{picture.view()}, c.wish).value();
+        const PalettePlan plan = planAdaptivePalette(Frames{picture.view()}, c.wish, Dithering::None).value();
         EXPECT_TRUE(plan.adaptive && plan.colours == c.colours && plan.depth == 8 && plan.slot == c.slot) << c.name;
         const std::set<Colour> used = colours(plan.palette, plan.colours);
         std::size_t kept = 0;
@@ -288,7 +225,7 @@ TEST(Remap, TakesTheNearestEntryOfAll) {
         Picture target(101, 60, 8);
         Remapper remapper(palette, count, Dithering::None);
         for (int pass = 0; pass < 2; ++pass) { // the second one meets what the first one kept
-            remapper.remap(picture.view(), target.view());
+            remapper.remap(std::vector<RemapPair>{{picture.view(), target.view()}});
             for (int y = 0; y < 60; ++y)
                 for (int x = 0; x < 101; ++x) {
                     const int chosen = target.view().row(y)[x];
@@ -323,10 +260,139 @@ TEST(Dither, DiffusesErrorsRowByRowBackAndForth) {
             Picture target(6, 4, 8);
             Remapper remapper(palette, 5, Dithering::ErrorDiffusion);
             for (int pass = 0; pass < 2; ++pass) { // no error goes on to the next frame
-                remapper.remap(picture.view(), target.view());
+                remapper.remap(std::vector<RemapPair>{{picture.view(), target.view()}});
                 EXPECT_EQ(target.indices(), c.entries) << std::hex << c.colour;
             }
         }
+}
+
+// A gradient on which a patch moves: most pixels stand still from one frame to the next.
+Animation movingPatch(int frames, int width, int height) {
+    Animation animation;
+    Random random(11);
+    for (int i = 0; i < frames; ++i)
+        animation.add(width, height, 24, [&](int k) {
+            const int x = k % width;
+            const int y = k / width;
+            const bool patch = x >= 3 * i && x < 3 * i + 9 && y > 4 && y < 20;
+            return patch ? static_cast<Colour>(random() & 0xFFFFFF) : makeColour(60 + x, 200 - 2 * y, 90 + (x + y) / 3);
+        });
+    return animation;
+}
+
+std::vector<std::vector<int>> remapInGroups(const Animation& animation, Remapper&& remapper, std::size_t group) {
+    std::deque<Picture> targets;
+    std::vector<RemapPair> pairs;
+    for (const ConstImageView& frame : animation.frames)
+        pairs.push_back({frame, targets.emplace_back(frame.width, frame.height, 8).view()});
+    for (std::size_t first = 0; first < pairs.size(); first += group)
+        remapper.remap(std::span(pairs).subspan(first, std::min(group, pairs.size() - first)),
+                       first == 0 ? nullptr : &pairs[first - 1]);
+    std::vector<std::vector<int>> indices;
+    for (const Picture& target : targets)
+        indices.push_back(target.indices());
+    return indices;
+}
+
+TEST(Remap, StillPixelsKeepTheirEntriesHoweverFramesAreGrouped) {
+    const Animation animation = movingPatch(9, 61, 30);
+    for (const Dithering dithering : {Dithering::None, Dithering::ErrorDiffusion}) {
+        const PalettePlan plan = planAdaptivePalette(animation.frames, SlotWish{}, dithering).value();
+        const auto remapper = [&] { return Remapper(plan.palette, 16, dithering); };
+        const auto alone = remapInGroups(animation, remapper(), 1);
+        EXPECT_EQ(remapInGroups(animation, remapper(), 9), alone);
+        EXPECT_EQ(remapInGroups(animation, remapper(), 5), alone);
+        for (std::size_t i = 1; i < alone.size(); ++i)
+            for (int k = 0; k < 61 * 30; ++k) {
+                const bool still =
+                    animation.pictures[i].at(k % 61, k / 61) == animation.pictures[i - 1].at(k % 61, k / 61);
+                const auto at = static_cast<std::size_t>(k);
+                ASSERT_TRUE(!still || alone[i][at] == alone[i - 1][at]) << k;
+            }
+    }
+}
+
+// Frames of other sizes begin anew; one pixel, and long animations of it, are frames too.
+TEST(Remap, TakesFramesOfAnySizes) {
+    Palette palette{};
+    palette[1] = {255, 255, 255};
+    for (const Dithering dithering : {Dithering::None, Dithering::ErrorDiffusion}) {
+        Animation animation;
+        for (int i = 0; i < 3000; ++i)
+            animation.add(i % 7 == 0 ? 40 : 1, i % 5 == 0 ? 2 : 1, i % 11 == 0 ? 32 : 24,
+                          [i](int) { return grey(i % 2 * 255); });
+        const auto indices = remapInGroups(animation, Remapper(palette, 2, dithering), 4);
+        for (std::size_t i = 0; i < indices.size(); ++i)
+            ASSERT_EQ(indices[i], std::vector<int>(indices[i].size(), static_cast<int>(i % 2))) << i;
+    }
+}
+
+// Black and white mix to the grey that they replace; with 64 x 64 pixels one part in a hundred is 41 of them.
+TEST(Dither, KeepsTheMeanLevel) {
+    Palette palette{};
+    palette[1] = {255, 255, 255};
+    for (const int level : {20, 85, 200}) {
+        Animation animation;
+        animation.add(64, 64, 24, [level](int) { return grey(level); });
+        const std::vector<int> indices =
+            remapInGroups(animation, Remapper(palette, 2, Dithering::ErrorDiffusion), 1)[0];
+        EXPECT_NEAR(static_cast<double>(std::ranges::count(indices, 1)) / 4096, level / 255.0, 0.01) << level;
+    }
+}
+
+// To the right of a gradient that is dithered lies an area of a palette colour, and a colour that is left apart from
+// entries far away: neither shows errors, nor does the area behind it.
+TEST(Dither, FlatAreasAndWhatIsLeftApartStopErrors) {
+    Palette palette{};
+    palette[1] = {140, 140, 140};
+    palette[2] = {255, 255, 255};
+    const Colour apart = makeColour(255, 0, 255);
+    Animation animation;
+    animation.add(60, 20, 24, [=](int k) {
+        const int x = k % 60;
+        return x < 20 ? grey(10 + 6 * x) : x < 40 ? grey(140) : x < 50 ? apart : grey(k % 2 == 0 ? 140 : 255);
+    });
+    const std::vector<int> indices =
+        remapInGroups(animation, Remapper(palette, 3, Dithering::ErrorDiffusion, apart), 1)[0];
+    for (int k = 0; k < 60 * 20; ++k) {
+        const int x = k % 60;
+        const auto i = static_cast<std::size_t>(k);
+        if (x > 20 && x < 39) {
+            ASSERT_EQ(indices[i], 1) << x;
+        }
+        if (x >= 50) {
+            ASSERT_EQ(indices[i], k % 2 == 0 ? 1 : 2) << x;
+        }
+    }
+    EXPECT_GT(std::ranges::count(indices, 0), 20); // and there were errors to stop
+}
+
+// What a viewer sees who plays supercompressed frames over each other is what the frames show when they come whole.
+TEST(ChangeMask, PlayedOverEachOtherFramesAreAsWithoutThem) {
+    const Animation animation = movingPatch(9, 61, 30);
+    for (const Dithering dithering : {Dithering::None, Dithering::ErrorDiffusion}) {
+        const PalettePlan plan =
+            planAdaptivePalette(animation.frames, SlotWish{true, false, false, 0}, dithering).value();
+        const auto whole = remapInGroups(animation, Remapper(plan.palette, plan.colours, dithering), 4);
+        Picture running(61, 30, 24, [&](int k) { return animation.pictures[0].at(k % 61, k / 61); });
+        std::vector<int> shown = whole[0];
+        int transparent = 0;
+        for (std::size_t i = 1; i < whole.size(); ++i) {
+            Picture mask(61, 30, 1);
+            updateChangeMask(running.view(), animation.frames[i], mask.view());
+            Picture delta(61, 30, 8);
+            for (int k = 0; k < 61 * 30; ++k)
+                delta.view().row(k / 61)[k % 61] = static_cast<std::uint8_t>(whole[i][static_cast<std::size_t>(k)]);
+            fillUnchanged(delta.view(), mask.view(), static_cast<std::uint8_t>(plan.slot));
+            const std::vector<int> entries = delta.indices();
+            for (std::size_t k = 0; k < entries.size(); ++k)
+                if (entries[k] != plan.slot)
+                    shown[k] = entries[k];
+            transparent += static_cast<int>(std::ranges::count(entries, plan.slot));
+            ASSERT_EQ(shown, whole[i]) << i;
+        }
+        EXPECT_GT(transparent, 8 * 61 * 30 * 3 / 4);
+    }
 }
 
 // The running image must show at every place what the frames so far would have shown there; the mask says where a frame
