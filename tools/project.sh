@@ -43,7 +43,7 @@ build() {
 use_wine() {
     export WINEPREFIX=$root/build/wine WINEDEBUG=-all
     unset DISPLAY WAYLAND_DISPLAY
-    [ -f "$WINEPREFIX/ready" ] && return
+    [ -f "$WINEPREFIX/ready-alone" ] && return
     say "Preparing Wine (once)"
     rm -rf "$WINEPREFIX"
     mkdir -p "$WINEPREFIX"
@@ -51,5 +51,7 @@ use_wine() {
         { cat build/wine.log >&2; die "Could not prepare Wine"; }
     # The server has looked for a display already; the next one will not.
     wineserver -k || true
-    touch "$WINEPREFIX/ready"
+    # Documents are folders of the prefix, not links into this person's own: stage writes there.
+    find "$WINEPREFIX/drive_c/users" -type l -exec sh -c 'rm "$1" && mkdir "$1"' sh {} \;
+    touch "$WINEPREFIX/ready-alone"
 }

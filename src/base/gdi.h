@@ -57,4 +57,16 @@ private:
     int previousMode_;
 };
 
+// Drawing stays within a rectangle for the scope's life. For device contexts that are not clipped otherwise.
+class Clipped {
+public:
+    Clipped(HDC dc, const RECT& area) : dc_(dc) { IntersectClipRect(dc, area.left, area.top, area.right, area.bottom); }
+    Clipped(const Clipped&) = delete;
+    Clipped& operator=(const Clipped&) = delete;
+    ~Clipped() { SelectClipRgn(dc_, nullptr); }
+
+private:
+    HDC dc_;
+};
+
 } // namespace veldran

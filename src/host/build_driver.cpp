@@ -2,6 +2,7 @@
 // message.
 #include "host/build_driver.h"
 
+#include "base/wait_cursor.h"
 #include "host/build_options.h"
 #include "host/frame_reduction.h"
 #include "host/host_link.h"
@@ -20,17 +21,6 @@ constexpr char kComment[] =
     "CREATED BY...\r\n\r\n"
     "This animation was created by Korvel's Tavolin or Merrowin and the Voltane #1 plugin.\r\n\r\n"
     "See\r\n\r\n    https://www.korvel.example\r\n\r\nfor more information.";
-
-class WaitCursor {
-public:
-    WaitCursor() : previous_(SetCursor(LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)))) {}
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-    ~WaitCursor() { SetCursor(previous_); }
-
-private:
-    HCURSOR previous_;
-};
 
 // A task that the host has created: finished in any case.
 class OpenTask {

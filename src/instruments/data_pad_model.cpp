@@ -39,9 +39,9 @@ constexpr int kStepPitch = 16;
 constexpr int kSteps = 4;
 
 // As far above the step marker's way as below it.
-constexpr CanvasPoint kBlinkAbove{20, 296};
-constexpr CanvasPoint kBlinkBelow{20, 404};
-constexpr int kBlinkReach = 8;
+constexpr CanvasPoint kBlinkAbove{20, 292};
+constexpr CanvasPoint kBlinkBelow{20, 408};
+constexpr int kBlinkReach = 9;
 
 constexpr std::size_t kRingCount = 30;
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "instruments/artwork_geometry.h"
+#include "instruments/data_pad_parameters.h"
 #include "instruments/data_pad_text.h"
 #include "render/colour.h"
 
@@ -11,6 +12,10 @@
 #include <vector>
 
 namespace veldran {
+
+// The control of a setting on the data pad's panel.
+template <Setting kSetting>
+inline constexpr int kDataPadControl = kControlOf<kDataPadParameters, kDataPadFirstControl, kSetting>;
 
 struct DataPadColours {
     Colour counter;
@@ -23,6 +28,11 @@ struct DataPadColours {
 
 // `darkness` is the dark shades' share of their colours in per cent.
 DataPadColours dataPadColours(Colour counter, Colour status, std::uint32_t darkness);
+
+// Rows of type that fit whole into the screen of a case.
+constexpr int pageRows(bool simpleCase) {
+    return simpleCase ? 21 : 19;
+}
 
 // Lamps, bar, running light and status block belong to the full case.
 constexpr bool showsStatus(bool status, bool simpleCase) {

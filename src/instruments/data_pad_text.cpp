@@ -18,10 +18,8 @@ constexpr int kSheetGap = 6;
 constexpr int kGlyphWidth = 18;
 constexpr int kGlyphHeight = 30;
 
-// The page in the case's pixels: 36 columns and 19 rows, which leave its window free at the top for the dot-matrix
-// strip and at the bottom for the lamps.
-constexpr CanvasPoint kPageCorner{78, 84};
-constexpr int kPageRows = 19;
+// The page in the case's pixels: where the first character of the first row stands in the screen.
+constexpr CanvasPoint kPageCorner{78, 76};
 
 // Takes characters off the front as a file that is read as text gives them: a carriage return before a line feed
 // is no character.
@@ -88,10 +86,10 @@ TextLine topLine(const TextPage& page, int frame) {
     return page.empty() ? kBlankLine : page[lineOfRow(page, frame, 0)];
 }
 
-std::vector<PageGlyph> pageGlyphs(const TextPage& page, int frame) {
-    const int rows = static_cast<int>(std::min<std::size_t>(page.size(), kPageRows));
+std::vector<PageGlyph> pageGlyphs(const TextPage& page, int frame, int rows) {
+    const int filled = static_cast<int>(std::min(page.size(), static_cast<std::size_t>(rows)));
     std::vector<PageGlyph> glyphs;
-    for (int row = 0; row < rows; ++row) {
+    for (int row = 0; row < filled; ++row) {
         const TextLine& line = page[lineOfRow(page, frame, row)];
         for (int column = 0; column < kTextColumns; ++column)
             if (const std::uint8_t code = line[static_cast<std::size_t>(column)]; code >= kFirstGlyph)

@@ -35,8 +35,8 @@ struct PageGlyph {
     CanvasPoint target;
 };
 
-// The characters of a frame, row by row; spaces have none. The page starts at its top with the frame's line, goes round
-// at the text's end, and shows each line once at most.
-std::vector<PageGlyph> pageGlyphs(const TextPage& page, int frame);
+// The characters of a frame, row by row; spaces have none. The page has room for `rows` lines, starts at its top with
+// the frame's line, goes round at the text's end, and shows each line once at most.
+std::vector<PageGlyph> pageGlyphs(const TextPage& page, int frame, int rows);
 
 } // namespace veldran

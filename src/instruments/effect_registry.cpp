@@ -1,6 +1,8 @@
 // Joins the instruments' names and panels with the entries that draw them.
 #include "instruments/effect_registry.h"
 
+#include "instruments/countdown.h"
+#include "instruments/data_pad.h"
 #include "instruments/effect_list.h"
 #include "instruments/frame_loop.h"
 #include "instruments/radar.h"
@@ -29,6 +31,7 @@ constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
+    drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),
     drawable<openRadar>("Radar", radarBackground),
 };
 

@@ -5,6 +5,8 @@
 
 namespace veldran {
 
-Artwork::Artwork(int resource) : block_(loadPackedImage(resource)), image_(block_.get()) {}
+Artwork::Artwork(int resource) : Artwork(loadPackedImage(resource)) {}
+
+Artwork::Artwork(GlobalBlock picture) : block_(std::move(picture)), image_(block_.get()) {}
 
 } // namespace veldran

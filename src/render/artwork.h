@@ -9,6 +9,8 @@ class Artwork {
 public:
     // The "CPX" resource with this identity; its image must have 8, 24 or 32 bits.
     explicit Artwork(int resource);
+    // A picture that was drawn for use as artwork.
+    explicit Artwork(GlobalBlock picture);
 
     // False when it is missing, corrupt or of another depth, or memory is exhausted.
     explicit operator bool() const { return static_cast<bool>(image_) && image_.view().bits >= 8; }

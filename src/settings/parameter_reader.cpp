@@ -46,6 +46,12 @@ void setColour(HWND dialog, int controlId, Colour colour) {
     InvalidateRect(swatch, nullptr, TRUE);
 }
 
+std::string readPath(HWND dialog, int controlId) {
+    char path[MAX_PATH] = "";
+    GetDlgItemTextA(dialog, controlId, path, static_cast<int>(sizeof path));
+    return path;
+}
+
 int readChoiceNumber(HWND dialog, int controlId) {
     const LRESULT chosen = SendDlgItemMessageA(dialog, controlId, CB_GETCURSEL, 0, 0);
     if (chosen == CB_ERR)

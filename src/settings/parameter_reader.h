@@ -25,6 +25,9 @@ bool isCheckedAndEnabled(HWND dialog, int controlId);
 Colour readColour(HWND dialog, int controlId);
 void setColour(HWND dialog, int controlId, Colour colour);
 
+// The path that a control names; the first 259 bytes of it.
+std::string readPath(HWND dialog, int controlId);
+
 // The chosen entry of a choice list as a signed integer; 0 when none is chosen.
 int readChoiceNumber(HWND dialog, int controlId);
 

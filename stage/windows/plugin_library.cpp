@@ -3,6 +3,7 @@
 
 #include "core/failure.h"
 #include "core/output_file.h"
+#include "windows/module_resource.h"
 
 #include <cstring>
 #include <system_error>
@@ -28,15 +29,6 @@ bool describesItself(GetPluginParamsFunction getParams) {
         return false;
     const std::string_view name(info.name, strnlen(info.name, sizeof(info.name)));
     return name == kPluginName && (info.version >> 8 & 0xFF) == kPluginInterfaceVersion >> 8;
-}
-
-std::string_view findTextResource(HMODULE module) {
-    const HRSRC place = FindResourceW(module, L"EFFECTS", MAKEINTRESOURCEW(10)); // 10: RT_RCDATA
-    if (place == nullptr)
-        return {};
-    const HGLOBAL resource = LoadResource(module, place);
-    const auto* text = resource == nullptr ? nullptr : static_cast<const char*>(LockResource(resource));
-    return text == nullptr ? std::string_view{} : std::string_view(text, SizeofResource(module, place));
 }
 
 } // namespace
@@ -67,7 +59,7 @@ PluginLibrary PluginLibrary::load(const std::filesystem::path& file) {
         refuse(file, "is not a plugin: it lacks the entry points");
     if (!describesItself(getParams))
         refuse(file, "is another plugin, or one of another interface version");
-    const std::string_view text = findTextResource(plugin.module());
+    const std::string_view text = moduleResource(plugin.module(), L"EFFECTS");
     if (text.empty())
         refuse(file, "has no list of its effects");
     plugin.catalog_ = EffectCatalog::parse(text);

@@ -5,6 +5,7 @@
 #include "core/setting_value.h"
 #include "core/settings_text.h"
 #include "windows/console.h"
+#include "windows/default_files.h"
 #include "windows/dialog_driver.h"
 #include "windows/host_session.h"
 #include "windows/import_patch.h"
@@ -119,6 +120,8 @@ void render(const PluginLibrary& plugin, const RenderOptions& options) {
                                 reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
     ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
     HostSession session(recorder, progress, printProgress, programFolder());
+    for (const std::string& warning : placeDefaultFiles(options.format))
+        print(Stream::Error, "stage: " + warning + "\n");
     try {
         drivePlugin(plugin, options, effect, session);
     } catch (...) {

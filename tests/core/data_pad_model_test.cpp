@@ -53,7 +53,7 @@ TEST(DataPadText, PageGoesRound) {
     const TextPage page = pageOf("a\n b\n!\xFF\n");
     EXPECT_EQ(dataPadFrameCount(page), 3);
     EXPECT_EQ(topLine(page, 4)[1], 'b');
-    const std::vector<PageGlyph> glyphs = pageGlyphs(page, 1);
+    const std::vector<PageGlyph> glyphs = pageGlyphs(page, 1, 19);
     const struct { int code, column, row; } expected[] = {{'b', 1, 0}, {'!', 0, 1}, {0xFF, 1, 1}, {'a', 0, 2}};
     ASSERT_EQ(glyphs.size(), std::size(expected));
     const CanvasPoint top{78, glyphs[0].target.y};
@@ -63,14 +63,18 @@ TEST(DataPadText, PageGoesRound) {
         EXPECT_EQ(glyphs[i].source, (CanvasRect{x, 0, x + 18, 30})) << i;
         EXPECT_EQ(glyphs[i].target, (CanvasPoint{top.x + 18 * e.column, top.y + 30 * e.row})) << i;
     }
-    // A long text fills the page, above the lamps and below the strip.
-    const std::vector<PageGlyph> full = pageGlyphs(pageOf(std::string(10'000, 'w')), 5);
-    EXPECT_GT(full.front().target.y, 48);
-    EXPECT_LE(full.back().target.y + 30, 670);
-    EXPECT_EQ(full.back().target.x + 18, 726);
+    // A long text fills the screen of either case and no more.
+    for (const bool simple : {false, true}) {
+        const std::vector<PageGlyph> full = pageGlyphs(pageOf(std::string(10'000, 'w')), 5, pageRows(simple));
+        const int screenEnd = simple ? 708 : 648;
+        EXPECT_GE(full.front().target.y, 64);
+        EXPECT_LE(full.back().target.y + 30, screenEnd);
+        EXPECT_GT(full.back().target.y + 60, screenEnd);
+        EXPECT_EQ(full.back().target.x + 18, 726);
+    }
 
     EXPECT_EQ(dataPadFrameCount({}), 1);
-    EXPECT_TRUE(pageGlyphs({}, 0).empty());
+    EXPECT_TRUE(pageGlyphs({}, 0, 19).empty());
 }
 
 TEST(DataPadModel, LampsCountInBinary) {

@@ -3,6 +3,7 @@
 #include "raster.h"
 #include "render/blend.h"
 #include "render/image_view.h"
+#include "render/layers.h"
 #include "render/resample.h"
 #include "render/resample_fast.h"
 
@@ -272,6 +273,35 @@ TEST(Blend, InkBeyondThePictureIsDropped) {
                 }
             EXPECT_TRUE(picture.paddingIsWhole());
         }
+}
+
+TEST(Layers, BeyondThePictureIsDropped) {
+    Raster copied(7, 5, 24, RowOrder::BottomUp), indexed(7, 5, 24), shaded(7, 5, 24);
+    Raster sheet(3, 4, 24), indices(3, 4, 8); // all of kPadding
+    indices.view.row(3)[1] = 2;
+    IndexColours colours{};
+    colours.fill(kNoColour);
+    colours[kPadding] = 0x030201;
+    ShadowFactors factors{};
+    factors[kPadding] = 128;
+    const struct { int left, top; } corners[] = {{-1, 2}, {5, -3}, {2, 1}, {7, 0}, {0, 5}, {-3, -4}};
+    for (const auto& [left, top] : corners) {
+        for (const Raster* picture : {&copied, &indexed, &shaded})
+            for (int y = 0; y < 5; ++y)
+                std::ranges::fill_n(picture->view.row(y), 21, std::uint8_t{90});
+        layImage(copied.view, sheet.view, left, top);
+        layIndices(indexed.view, indices.view, left, top, colours);
+        layShadow(shaded.view, sheet.view, left, top, factors);
+        for (int y = 0; y < 5; ++y)
+            for (int x = 0; x < 7; ++x) {
+                const bool covered = x >= left && x < left + 3 && y >= top && y < top + 4;
+                const bool painted = covered && (x != left + 1 || y != top + 3);
+                EXPECT_EQ(copied.view.pixel(x, y)[2], covered ? kPadding : 90) << x << ' ' << y;
+                EXPECT_EQ(indexed.view.pixel(x, y)[0], painted ? 3 : 90) << x << ' ' << y;
+                EXPECT_EQ(shaded.view.pixel(x, y)[1], covered ? 45 : 90) << x << ' ' << y; // 45.2
+            }
+        EXPECT_TRUE(copied.paddingIsWhole() && indexed.paddingIsWhole() && shaded.paddingIsWhole());
+    }
 }
 
 TEST(Blend, AlphaIsTheLowByteOfTheOtherImage) {

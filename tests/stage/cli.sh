@@ -39,9 +39,21 @@ private_folders() {
 
 korvel=$(windows_folder APPDATA)/Korvel
 temporary=$(windows_folder TEMP)
+documents=$(windows_folder USERPROFILE)/Documents
+gif_documents=$documents/My\ Tavolin\ 16\ Documents
+png_documents=$documents/My\ Merrowin\ 16\ Documents
 # A person's own settings, which must neither count nor change. What was there before comes back at the end.
-[ -d "$korvel" ] && mv "$korvel" before
-trap 'rm -rf "$korvel"; [ -d before ] && mv before "$korvel"' EXIT
+aside() {
+    [ -d "$1" ] && mv "$1" "$2"
+}
+back() {
+    rm -rf "$1"
+    aside "$2" "$1"
+}
+aside "$korvel" before
+aside "$gif_documents" gif-before
+aside "$png_documents" png-before
+trap 'back "$korvel" before; back "$gif_documents" gif-before; back "$png_documents" png-before' EXIT
 mkdir -p "$korvel/markers"
 printf '; by hand\r\nMainEffect = 3\r\nMainRadarSize = 64\r\n\r\nUnknown = 1' >"$korvel/VELDRAN1.INI"
 printf 'North,10,20\n' >"$korvel/markers/saved.txt"
@@ -118,6 +130,22 @@ gifsicle --info radar.gif >info
 equal 'frames of --set' 8 "$(grep -c '^  + image' info)"
 wine "$stage" render "${quick[@]}" --set MainRadarSize=48 --out small.gif >/dev/null 2>&1
 equal 'size of --ini' "$(identify -format '%wx%h\n' small.gif | head -n 1)" "$(identify -format '%wx%h\n' radar.gif | head -n 1)"
+
+# The text that the data pad shows at first is there before it is asked for, and a person's own one stays.
+expect 0 '' render --effect extra --set MainDatapadSize=64 --out pad.gif
+text=$gif_documents/Default.txt
+equal 'frames of the first text' "$(wc -l <"$text")" "$(identify pad.gif | wc -l)"
+equal 'lines of the first text that are too long' '' "$(tr -d '\r' <"$text" | grep -E '.{37}')"
+equal 'characters of the first text that are not plain' '' "$(tr -d '\r\n -~' <"$text")"
+printf 'mine\n' >"$text"
+expect 0 '' render --effect extra --out pad.gif
+equal 'frames of a text of my own' 1 "$(identify pad.gif | wc -l)"
+equal 'text of my own' mine "$(cat "$text")"
+expect 0 '' render --effect extra --as png --set MainDatapadSize=64 --out pad.png
+equal 'files of the other editor' Default.txt "$(ls "$png_documents")"
+rm -r "$png_documents" && touch "$png_documents"
+expect 0 'stage: Cannot make the folder' render "${quick[@]}" --as png --out pad.png
+rm "$png_documents"
 
 # The plugin's own failure is printed, and the file that was there stays.
 planned=$(wine "$stage" list 2>/dev/null | sed -n 's/^ *\([0-9]*\)  .*(planned)$/\1/p' | head -n 1)

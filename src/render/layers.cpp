@@ -1,0 +1,60 @@
+// Row loops over what two images have in common.
+#include "render/layers.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace veldran {
+namespace {
+
+// Calls row(upper's bytes, picture's bytes, pixels) for every row that both images share.
+template <class Row>
+void forSharedRows(const ImageView& picture, const ConstImageView& upper, int left, int top, Row row) {
+    const int firstX = std::max(0, -left);
+    const int firstY = std::max(0, -top);
+    const int pixels = std::min(upper.width, picture.width - left) - firstX;
+    const int endY = std::min(upper.height, picture.height - top);
+    if (pixels <= 0)
+        return;
+    for (int y = firstY; y < endY; ++y)
+        row(upper.pixel(firstX, y), picture.pixel(left + firstX, top + y), pixels);
+}
+
+} // namespace
+
+void layImage(const ImageView& picture, const ConstImageView& upper, int left, int top) {
+    forSharedRows(picture, upper, left, top, [](const std::uint8_t* source, std::uint8_t* pixel, int pixels) {
+        std::memcpy(pixel, source, static_cast<std::size_t>(pixels) * 3);
+    });
+}
+
+void layIndices(const ImageView& picture, const ConstImageView& upper, int left, int top, const IndexColours& colours) {
+    forSharedRows(picture, upper, left, top, [&colours](const std::uint8_t* index, std::uint8_t* pixel, int pixels) {
+        for (const std::uint8_t* end = index + pixels; index < end; ++index, pixel += 3) {
+            const Colour colour = colours[*index];
+            if (colour == kNoColour)
+                continue;
+            pixel[0] = static_cast<std::uint8_t>(blueOf(colour));
+            pixel[1] = static_cast<std::uint8_t>(greenOf(colour));
+            pixel[2] = static_cast<std::uint8_t>(redOf(colour));
+        }
+    });
+}
+
+void layShadow(const ImageView& picture, const ConstImageView& mask, int left, int top, const ShadowFactors& factors) {
+    forSharedRows(picture, mask, left, top, [&factors](const std::uint8_t* shade, std::uint8_t* pixel, int pixels) {
+        for (const std::uint8_t* end = shade + 3 * pixels; shade < end; shade += 3, pixel += 3) {
+            const int factor = factors[*shade];
+            for (int c = 0; c < 3; ++c)
+                pixel[c] = static_cast<std::uint8_t>(divideBy255(pixel[c] * factor));
+        }
+    });
+}
+
+void invertImage(const ImageView& image) {
+    for (int y = 0; y < image.height; ++y)
+        std::transform(image.row(y), image.row(y) + 3 * image.width, image.row(y),
+                       [](std::uint8_t byte) { return static_cast<std::uint8_t>(255 - byte); });
+}
+
+} // namespace veldran

@@ -1,0 +1,65 @@
+// Each file is a resource of this program.
+#include "windows/default_files.h"
+
+#include "core/failure.h"
+#include "core/output_file.h"
+#include "windows/module_resource.h"
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace stage {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct DefaultFile {
+    const wchar_t* resource;
+    const wchar_t* name;
+};
+
+constexpr DefaultFile kDefaultFiles[] = {
+    {L"DEFAULT_TEXT", L"Default.txt"},
+};
+
+// Empty when the shell has no documents folder.
+fs::path documentsFolder(OutputFormat format) {
+    wchar_t path[MAX_PATH] = L"";
+    if (!SHGetSpecialFolderPathW(nullptr, path, CSIDL_PERSONAL, FALSE))
+        return {};
+    return fs::path(path) / (format == OutputFormat::Gif ? L"My Tavolin 16 Documents" : L"My Merrowin 16 Documents");
+}
+
+// Written beside its place first: nobody reads half a file. What has come to stand there meanwhile stays.
+void place(const fs::path& target, std::string_view content) {
+    fs::path unfinished = target;
+    unfinished += L"." + std::to_wstring(GetCurrentProcessId());
+    makeFolder(target.parent_path());
+    writeFile(unfinished, content);
+    if (!MoveFileW(unfinished.c_str(), target.c_str()))
+        DeleteFileW(unfinished.c_str());
+}
+
+} // namespace
+
+std::vector<std::string> placeDefaultFiles(OutputFormat format) {
+    std::vector<std::string> failures;
+    const fs::path folder = documentsFolder(format);
+    for (const DefaultFile& file : kDefaultFiles) {
+        std::error_code ignored;
+        if (folder.empty() || fs::exists(folder / file.name, ignored))
+            continue;
+        try {
+            place(folder / file.name, moduleResource(nullptr, file.resource));
+        } catch (const Failure& failure) {
+            failures.push_back(failure.what());
+        }
+    }
+    return failures;
+}
+
+} // namespace stage

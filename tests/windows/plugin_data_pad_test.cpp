@@ -1,0 +1,206 @@
+// The data pad's pictures, measured in true-colour frames of half the case's size: text, lights, shadow, alpha.
+#include "object_count.h"
+#include "recording_host.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+
+namespace {
+
+using namespace recording;
+
+constexpr COLORREF kPage = RGB(255, 255, 255);
+constexpr COLORREF kText = RGB(200, 0, 40);
+constexpr COLORREF kCounter = RGB(0, 255, 0);
+constexpr COLORREF kCounterOff = RGB(0, 114, 0); // 45 %
+constexpr COLORREF kStatus = RGB(0, 0, 255);
+constexpr COLORREF kStatusOff = RGB(0, 0, 114);
+
+constexpr char kTellingColours[] = "MainEffect = 10\nTruecolour = 1\nMainDelay = 7\nMainDatapadSize = 256\n"
+                                   "MainDatapadBackColor = 16777215\nMainDatapadTextColor = 2621640\n"
+                                   "MainDatapadCounterColor = 65280\nMainDatapadStatusColor = 16711680\n";
+constexpr char kAlphaAndShadow[] = "MainAlphaTrans = 1\nMainDatapadUseShadow = 1\nMainDatapadShadowDensity = 80\n";
+
+Session sessionFor(const std::string& path, const std::string& settings) {
+    Session session;
+    session.settings = kTellingColours + ("MainDatapadTextFile = " + path + "\n") + settings;
+    session.steps = {pressing(kBuild)};
+    return session;
+}
+
+Recording build(const std::string& text, const std::string& settings = "") {
+    char folder[MAX_PATH] = "";
+    GetTempPathA(sizeof folder, folder);
+    const std::string path = std::string(folder) + "veldran-data-pad-test.txt";
+    std::ofstream(path, std::ios::binary) << text;
+    Recording seen = run(sessionFor(path, settings));
+    DeleteFileA(path.c_str());
+    EXPECT_TRUE(seen.faults.empty());
+    return seen;
+}
+
+// A pixel of the frame by a place of the case, both even, which it covers with its neighbours to the right and below.
+COLORREF at(const Frame& frame, int x, int y) {
+    return frame.colour(x / 2, y / 2);
+}
+
+// Whether something stands in a cell of the page.
+bool isWritten(const Frame& frame, int column, int row) {
+    for (int y = 0; y < 15; ++y)
+        for (int x = 0; x < 9; ++x)
+            if (frame.colour(39 + 9 * column + x, 38 + 15 * row + y) != kPage)
+                return true;
+    return false;
+}
+
+TEST(DataPad, SizesCountsAndDelays) {
+    // Case pixels to one of the frame: 762 / size, cut; sides: 762 x (100 / that, cut) %.
+    const struct { int size, side; } cases[] = {{64, 69}, {128, 152}, {160, 191}, {1000, 381}};
+    for (const auto& row : cases) {
+        const Recording seen = build("a\nb\n", "MainDatapadSize = " + std::to_string(row.size) + "\n");
+        ASSERT_EQ(seen.frames.size(), 2u);
+        for (const Frame& frame : seen.frames) {
+            EXPECT_EQ(frame.width(), row.side);
+            EXPECT_EQ(frame.height(), row.side);
+            EXPECT_EQ(frame.info.delay, 7u);
+            EXPECT_EQ(frame.info.transparentIndex, 0xFFFFFFFFu);
+        }
+        const std::vector<std::string> told = seen.describe();
+        EXPECT_NE(std::ranges::search(told, std::array{"13 0 2", "13 1 2"}).begin(), told.end());
+    }
+}
+
+TEST(DataPad, TextGoesRound) {
+    const std::vector<std::string> lines = {"HH H", "", std::string(33, ' ') + "I\xC5H"};
+    const std::vector<Frame> frames = build(lines[0] + '\n' + lines[1] + "\r\n" + lines[2]).frames;
+    ASSERT_EQ(frames.size(), 3u);
+    for (std::size_t k = 0; k < 3; ++k)
+        for (int row = 0; row < 19; ++row)
+            for (int column = 0; column < 36; ++column) {
+                const std::string line = row < 3 ? lines[(k + static_cast<std::size_t>(row)) % 3] : "";
+                const bool expected =
+                    static_cast<int>(line.size()) > column && line[static_cast<std::size_t>(column)] != ' ';
+                ASSERT_EQ(isWritten(frames[k], column, row), expected) << k << ' ' << row << ' ' << column;
+            }
+    // The upright strokes of an H are four pixels of the case wide.
+    int solid = 0;
+    for (int x = 39; x < 48; ++x)
+        solid += frames[0].colour(x, 46) == kText;
+    EXPECT_GE(solid, 2);
+}
+
+TEST(DataPad, LightsFollowFrameAndLine) {
+    const std::vector<Frame> frames = build("\n\n\n\n\nAz\xFF\n\n\n").frames;
+    ASSERT_EQ(frames.size(), 8u);
+    const Frame& five = frames[5];
+    for (int lamp = 0; lamp < 9; ++lamp)
+        EXPECT_EQ(at(five, 102 + 20 * lamp, 676), lamp == 0 || lamp == 2 ? kCounter : kCounterOff) << lamp;
+    for (int place = 0; place < 12; ++place)
+        EXPECT_EQ(at(five, 102 + 20 * place, 726), place == 5 ? kCounter : kCounterOff) << place;
+    // 5 / 8 of 177.6 is 111; the rest of 222 fades to 45 %, of which it reaches half.
+    EXPECT_EQ(at(five, 98 + 108, 700), kCounter);
+    EXPECT_LT(GetGValue(at(five, 98 + 120, 700)), 255);
+    EXPECT_NEAR(GetGValue(at(five, 98 + 218, 700)), 255 - 141 / 2, 4);
+    // Lowest three bits of A 001, z 010, ff 111, space 000, from the top down.
+    const char* cells[] = {"1010", "0110", "0010"};
+    for (int row = 0; row < 3; ++row)
+        for (int column = 0; column < 4; ++column)
+            EXPECT_EQ(at(five, 30 + 16 * column, 676 + 24 * row), cells[row][column] == '1' ? kStatus : kStatusOff)
+                << row << ' ' << column;
+    // 01000001 01111010 11111111 and then 00100000 over and over, down columns of six.
+    const char* strip[] = {"010000", "010111", "101011", "111111", "001000", "000010"};
+    for (int column = 0; column < 6; ++column)
+        for (int row = 0; row < 6; ++row) {
+            const COLORREF dot = five.colour((506 + 5 * column + 1) / 2, (18 + 5 * row + 1) / 2);
+            EXPECT_EQ(dot == kCounter, strip[column][row] == '1') << column << ' ' << row;
+        }
+    for (int step = 0; step < 4; ++step)
+        EXPECT_EQ(at(five, 20, 326 + 16 * step) == kStatus, step == 1) << step;
+    EXPECT_EQ(at(five, 20, 408), kStatusOff); // on odd frames below
+    EXPECT_NE(at(five, 20, 292), kStatusOff);
+    EXPECT_EQ(at(frames[4], 20, 292), kStatusOff);
+    EXPECT_NE(at(frames[4], 464, 32), at(five, 464, 32)); // the orb
+}
+
+TEST(DataPad, StatusBelongsToTheFullCase) {
+    for (const char* settings : {"MainDatapadUseStatus = 0\n", "MainDatapadSimple = 1\n"}) {
+        const std::vector<Frame> frames = build("A\nz\n", settings).frames;
+        ASSERT_EQ(frames.size(), 2u) << settings;
+        for (int y = 325; y < 381; ++y)
+            for (int x = 0; x < 381; ++x)
+                ASSERT_EQ(frames[0].colour(x, y), frames[1].colour(x, y)) << settings << x << ' ' << y;
+        EXPECT_EQ(at(frames[0], 20, 326), kStatus) << settings; // the marks stay
+    }
+}
+
+// The grey of the page down the screen's middle, from its upper edge on.
+std::vector<int> greysFromTheTop(const Frame& frame) {
+    std::vector<int> greys;
+    for (int y = 35; y < 180; ++y)
+        greys.push_back(GetRValue(frame.colour(190, y)));
+    return greys;
+}
+
+TEST(DataPad, ShadowFallsFromAboveLeft) {
+    const std::string shadow = "MainDatapadUseShadow = 1\nMainDatapadShadowDensity = 80\n";
+    const Frame close = build("HHHH", shadow + "MainDatapadShadowOffset = 10\n").frames.at(0);
+    const Frame distant = build("HHHH", shadow).frames.at(0);
+    const std::vector<int> greys = greysFromTheTop(distant);
+    EXPECT_EQ(greys.front(), 51); // 80 % taken away
+    EXPECT_EQ(greys.back(), 255);
+    EXPECT_TRUE(std::ranges::is_sorted(greys));
+    int steepest = 0;
+    for (std::size_t i = 1; i < greys.size(); ++i)
+        steepest = std::max(steepest, greys[i] - greys[i - 1]);
+    EXPECT_LT(steepest, 51); // its edge is soft
+    // 18 pixels of the case are nine of the frame.
+    const std::vector<int> closeGreys = greysFromTheTop(close);
+    EXPECT_TRUE(std::equal(greys.begin() + 9, greys.end(), closeGreys.begin()));
+    EXPECT_EQ(at(distant, 70, 360), RGB(51, 51, 51));
+    EXPECT_GT(GetRValue(at(distant, 734, 360)), 51);
+    EXPECT_EQ(distant.colour(40, 46), RGB(200 * 51 / 255, 0, 40 * 51 / 255)); // text lies under it
+}
+
+TEST(DataPad, AlphaFollowsCaseAndShadow) {
+    for (const bool shadow : {false, true}) {
+        const Frame frame = build("H", shadow ? kAlphaAndShadow : "MainAlphaTrans = 1\n").frames.at(0);
+        ASSERT_EQ(frame.bits(), 32);
+        EXPECT_EQ(frame.info.alpha, 1u);
+        EXPECT_EQ(frame.alpha(0, 0), 0);
+        EXPECT_EQ(frame.alpha(380, 380), shadow ? 204 : 0);
+        for (const int place : {40, 190, 340})
+            for (const int edge : {0, 190, 380}) {
+                EXPECT_EQ(frame.alpha(place, edge), 255) << place << ' ' << edge;
+                EXPECT_EQ(frame.alpha(edge, place), 255) << edge << ' ' << place;
+            }
+        for (int x = 5; x < 24 && !shadow;
+             ++x) // the cut of the upper left corner runs through the middle of these pixels
+            EXPECT_NEAR(frame.alpha(x, 28 - x), 128, 70) << x;
+    }
+}
+
+TEST(DataPad, StrangeTexts) {
+    const Recording empty = build("");
+    ASSERT_EQ(empty.frames.size(), 1u);
+    for (int column = 0; column < 36; ++column)
+        EXPECT_FALSE(isWritten(empty.frames[0], column, 0));
+    EXPECT_EQ(build(std::string(600, '\xFE'), "MainDatapadSize = 64\n").frames.size(), 3u);
+    const Recording missing = run(sessionFor("C:\\no such folder\\text.txt", ""));
+    EXPECT_TRUE(missing.frames.empty());
+    EXPECT_EQ(missing.boxes, std::vector<std::string>{"Memory error"});
+}
+
+TEST(DataPad, NothingIsLeftOver) {
+    const auto once = [] { build("a\nb\n", kAlphaAndShadow); };
+    once(); // fonts, classes and caches that the system keeps
+    once();
+    const object_count::Growth growth = object_count::leastGrowth(2, 2, once);
+    EXPECT_LE(growth.drawing, 0);
+    EXPECT_LE(growth.user, 0);
+    EXPECT_LT(growth.heap, 100'000); // less than a frame
+}
+
+} // namespace
