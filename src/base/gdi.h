@@ -16,6 +16,7 @@ inline void deleteGdiObject(Handle object) {
 using Pen = Owner<HPEN, deleteGdiObject<HPEN>>;
 using Brush = Owner<HBRUSH, deleteGdiObject<HBRUSH>>;
 using Font = Owner<HFONT, deleteGdiObject<HFONT>>;
+using Region = Owner<HRGN, deleteGdiObject<HRGN>>;
 using Bitmap = Owner<HBITMAP, deleteGdiObject<HBITMAP>>;
 
 inline void deleteMemoryDc(HDC dc) {

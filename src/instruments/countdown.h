@@ -1,13 +1,14 @@
 // The countdown's entries for the effect registry.
 #pragma once
 
-#include "render/colour.h"
-
-#include <windows.h>
+#include "instruments/frame_loop.h"
 
 namespace veldran {
 
-// The colour behind alpha frames; black where only "Alpha transparency" is checked, and none without alpha.
+std::unique_ptr<FrameSequence> openCountdown(HWND dialog, HostParams* host);
+
+// Black behind alpha frames or the colour set for them; kNoColour without alpha, since the panel fills the frame. For
+// every instrument of which that is true.
 Colour countdownBackground(HWND dialog, int transparent);
 
 } // namespace veldran

@@ -1,10 +1,12 @@
 // Joins the instruments' names and panels with the entries that draw them.
 #include "instruments/effect_registry.h"
 
+#include "instruments/bubble_chamber.h"
 #include "instruments/countdown.h"
 #include "instruments/data_pad.h"
 #include "instruments/effect_list.h"
 #include "instruments/frame_loop.h"
+#include "instruments/lissajous.h"
 #include "instruments/radar.h"
 #include "settings/parameter_reader.h"
 
@@ -31,7 +33,10 @@ constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
+    drawable<openBubbleChamber>("Bubble Chamber", bubbleChamberBackground),
+    drawable<openCountdown>("Countdown *", countdownBackground),
     drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),
+    drawable<openLissajous>("Lissajous Figure", lissajousBackground),
     drawable<openRadar>("Radar", radarBackground),
 };
 

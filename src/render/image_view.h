@@ -39,6 +39,10 @@ struct BasicImageView {
 using ImageView = BasicImageView<std::uint8_t>;
 using ConstImageView = BasicImageView<const std::uint8_t>;
 
+// What the rectangle (right and bottom outside) has in common with the image; without rows when that is nothing. Not
+// for 1 bit.
+ConstImageView cropped(const ConstImageView& image, int left, int top, int right, int bottom);
+
 // The header of a packed bitmap, followed by the colour table (2 or 256 entries of four bytes, for 1 and 8 bits) and
 // the rows, bottom-up, each padded to four bytes. Little-endian, as Windows' BITMAPINFOHEADER.
 struct BitmapHeader {

@@ -28,11 +28,32 @@ void fillPolygon(HDC dc, std::span<const POINT> corners, Colour colour) {
     Polygon(dc, corners.data(), static_cast<int>(corners.size()));
 }
 
+void fillAroundRoundedRectangle(HDC dc, const RECT& rectangle, int cornerWidth, int cornerHeight, Colour colour) {
+    const Region around(CreateRectRgnIndirect(&rectangle));
+    // Unlike other regions, rounded ones end a pixel before their right and bottom.
+    const Region inside(CreateRoundRectRgn(rectangle.left, rectangle.top, rectangle.right + 1, rectangle.bottom + 1,
+                                           cornerWidth, cornerHeight));
+    CombineRgn(around.get(), around.get(), inside.get(), RGN_DIFF);
+    const Brush brush(CreateSolidBrush(colour));
+    FillRgn(dc, around.get(), brush.get());
+}
+
 void drawLine(HDC dc, POINT from, POINT to, int width, Colour colour) {
+    const POINT corners[] = {from, to};
+    drawPolyline(dc, corners, width, colour);
+}
+
+void drawPolyline(HDC dc, std::span<const POINT> corners, int width, Colour colour) {
     const Pen pen(CreatePen(PS_SOLID, width, colour));
     const Selected selected(dc, pen.get());
-    MoveToEx(dc, from.x, from.y, nullptr);
-    LineTo(dc, to.x, to.y);
+    Polyline(dc, corners.data(), static_cast<int>(corners.size()));
+}
+
+void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour) {
+    const Pen pen(CreatePen(PS_SOLID, width, colour));
+    const Selected selectedPen(dc, pen.get());
+    const Selected brush(dc, GetStockObject(NULL_BRUSH));
+    Rectangle(dc, rectangle.left, rectangle.top, rectangle.right, rectangle.bottom);
 }
 
 } // namespace veldran

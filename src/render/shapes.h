@@ -1,4 +1,4 @@
-// Filled shapes and lines on a canvas, each with its own pen and brush. Shapes have no outline.
+// Filled shapes and lines on a canvas, each with its own pen and brush. Filled shapes have no outline.
 #pragma once
 
 #include "render/colour.h"
@@ -14,7 +14,12 @@ void fillRectangle(HDC dc, const RECT& rectangle, Colour colour);
 void fillEllipse(HDC dc, const RECT& box, Colour colour);
 void fillDisc(HDC dc, POINT centre, int radius, Colour colour);
 void fillPolygon(HDC dc, std::span<const POINT> corners, Colour colour);
-// With round ends and joins, `width` pixels wide.
+// Fills what a rectangle with corners of an ellipse of the size given leaves of the rectangle.
+void fillAroundRoundedRectangle(HDC dc, const RECT& rectangle, int cornerWidth, int cornerHeight, Colour colour);
+// Lines have round ends and joins, are `width` pixels wide and lie half to each side of their corners.
 void drawLine(HDC dc, POINT from, POINT to, int width, Colour colour);
+void drawPolyline(HDC dc, std::span<const POINT> corners, int width, Colour colour);
+// The outline alone; its right and bottom side lie on the last pixels inside.
+void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour);
 
 } // namespace veldran

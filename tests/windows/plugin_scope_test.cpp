@@ -1,0 +1,259 @@
+// Pictures of the Lissajous figure, the bubble chamber and the countdown, measured in true-colour frames against
+// computations of their own: curves, light, bubbles, shades, digits, margins, delays, backgrounds.
+#include "recording_host.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+using namespace recording;
+
+constexpr double kDegree = std::numbers::pi / 180;
+
+Recording build(const std::string& settings, std::uint32_t flags = 0) {
+    Session session;
+    session.settings = "Truecolour = 1\n" + settings;
+    session.flags = flags;
+    session.steps = {pressing(kBuild)};
+    Recording seen = run(session);
+    EXPECT_TRUE(seen.boxes.empty() && seen.faults.empty());
+    return seen;
+}
+
+// The colour that a host without palettes was told.
+std::uint32_t backgroundOf(const Recording& seen) {
+    const auto sent = std::ranges::find(seen.messages, std::uint32_t{kHostSetBackground}, &Message::command);
+    return sent == seen.messages.end() ? 0xDEAD : static_cast<std::uint32_t>(sent->lParam);
+}
+
+std::string line(const char* key, int value) {
+    return std::string(key) + " = " + std::to_string(value) + "\n";
+}
+
+// Six frames on a black screen; green is the trace, blue the scale, red the panel.
+std::vector<Frame> buildFigure(const std::string& settings) {
+    std::vector<Frame> frames = build("MainEffect = 12\nMainLissajousIncrement = 33\nMainLissajousGreenColor = 65280\n"
+                                      "MainLissajousBlackColor = 0\nMainLissajousScaleColor = 16711680\n"
+                                      "MainLissajousPanelColor = 255\n" +
+                                      settings)
+                                    .frames;
+    EXPECT_EQ(frames.size(), 6u);
+    return frames;
+}
+
+TEST(Lissajous, TheTraceFollowsTheOscillations) {
+    const struct {
+        int horizontal, vertical, step;
+        bool varyY;
+    } cases[] = {{1, 1, 60, false}, {1, 3, -60, false}, {3, 2, 60, true}};
+    for (const auto& row : cases) {
+        const std::vector<Frame> frames = buildFigure(
+            line("MainLissajousHorz", row.horizontal) + line("MainLissajousVert", row.vertical) +
+            line("MainLissajousPhaseY", row.varyY) + line("MainLissajousIncrement", row.step > 0 ? 33 : 0) +
+            "MainLissajousSize = 128\nMainLissajousPadsize = 5\nMainLissajousTraceSize = 4\nMainLissajousGlow = 0\n"
+            "MainLissajousUseBezel = 0\nMainLissajousUseScale = 0\n");
+        for (int i = 0; i < 6; ++i) {
+            const Frame& frame = frames[static_cast<std::size_t>(i)];
+            ASSERT_EQ(frame.width(), 138);
+            double length = 0;
+            double light = 0;
+            for (double t = 0; t < 360; t += 0.25) {
+                const double x = (row.horizontal * t + (row.varyY ? 0 : i * row.step)) * kDegree;
+                const double y = (row.vertical * t + (row.varyY ? i * row.step : 0)) * kDegree;
+                ASSERT_EQ(
+                    frame.colour(static_cast<int>(69 + 64 * std::cos(x)), static_cast<int>(69 + 64 * std::sin(y))),
+                    0x00FF00u)
+                    << i << ' ' << t;
+                length += 16 * kDegree * std::hypot(row.horizontal * std::sin(x), row.vertical * std::cos(y));
+            }
+            for (int at = 0; at < 138 * 138; ++at)
+                light += GetGValue(frame.colour(at % 138, at / 138)) / 255.0;
+            EXPECT_LT(light, 4 * length * 1.15) << i; // nowhere else; short lines of whole pixels are wider
+        }
+    }
+}
+
+TEST(Lissajous, GlowFallsOffAsFarAsItSays) {
+    const Frame frame = buildFigure("MainLissajousGlow = 64\nMainLissajousVert = 1\nMainLissajousSize = 200\n"
+                                    "MainLissajousUseBezel = 0\nMainLissajousUseScale = 0\n")[0];
+    // From the circle's left side (110 - 100, 1 wide to each side) inwards; the radius is 66 canvas pixels.
+    int lit = 0;
+    for (int x = 12; x < 110; ++x) {
+        EXPECT_LE(frame.colour(x, 110), frame.colour(x - 1, 110)) << x;
+        lit += frame.colour(x, 110) > 0;
+    }
+    EXPECT_NEAR(lit, 26, 7); // the last of it is too weak for a byte
+}
+
+TEST(Lissajous, BezelAndScaleTakeTheirPlaces) {
+    for (const int bezel : {0, 1}) {
+        const Frame frame =
+            buildFigure(line("MainLissajousUseBezel", bezel) +
+                        "MainLissajousSize = 96\nMainLissajousPadsize = 7\nMainLissajousBezelSize = 16\n"
+                        "MainLissajousGreenColor = 0\nMainAlphaTrans = 1\nUseAlphaGreyBack = 0\n")[0];
+        const int last = 96 + 2 * 7 + bezel * 2 * 16 - 1;
+        ASSERT_EQ(frame.width(), last + 1);
+        int first = last; // columns of the scale
+        int end = 0;
+        for (int at = 0; at <= last; ++at)
+            if ((frame.colour(at, 50) & 0xFFFF) == 0 && frame.colour(at, 50) > 0) {
+                first = std::min(first, at);
+                end = at;
+            }
+        EXPECT_EQ(first, 3 + bezel * 16);
+        EXPECT_EQ(end, last - first);
+        EXPECT_EQ(frame.colour(last, last), bezel == 1 ? 255u : 0u);
+        EXPECT_EQ(frame.alpha(last, last), bezel == 1 ? 0 : 255);
+        EXPECT_EQ(frame.alpha(last / 2, 0) + frame.alpha(last, last / 2) + frame.alpha(9, 9), 3 * 255);
+    }
+}
+
+// The canvas of a tank, 120 x 280, with the brightness of bubbles of size 35 and density 18 that sway by 25 %. Bubbles
+// are taken for rings of true circles; the random numbers are those of Windows' C runtime.
+std::vector<double> tankAt(double time, unsigned seed) {
+    std::vector<double> tank(120 * 280);
+    const auto random = [&seed] { return static_cast<int>((seed = seed * 214013 + 2531011) >> 16 & 0x7FFF); };
+    const int groups[][4] = {{9, 70, 1, 255}, {13, 52, 2, 160}, {18, 35, 4, 128}}; // count, size, speed, darkness
+    for (const auto& [count, size, speed, level] : groups)
+        for (int i = 0; i < count; ++i) {
+            int left = random() % (120 - size) + size / 2;
+            int top = random() % 280 - static_cast<int>(time * 280) * speed;
+            random();
+            const int diameter = size - random() % std::max(size / 9, 1);
+            left += static_cast<int>(std::sin((random() % 360 + 360 * time) * kDegree) * 30) - diameter / 2;
+            top -= diameter / 2;
+            for (int at = 0; at < diameter * diameter; ++at) {
+                const double half = diameter / 2.0;
+                const double depth = half - std::hypot(at % diameter + 0.5 - half, at / diameter + 0.5 - half);
+                const int x = left + at % diameter;
+                const int y = top + at / diameter;
+                const int row = y < 0 ? (y + 1400) % 280 : y;
+                if (depth > 0 && x >= 0 && x < 120 && row < 280) {
+                    double& light = tank[static_cast<std::size_t>(120 * row + x)];
+                    light += (255 - light) * (1 - std::floor(depth) / (diameter / 2) * level / 255);
+                }
+            }
+        }
+    return tank;
+}
+
+TEST(BubbleChamber, BubblesRiseSwayAndComeBack) {
+    const std::vector<Frame> frames =
+        build("MainEffect = 6\nMainBubbleBlueColor = 0\nMainBubbleWhiteColor = 16777215\nMainBubbleUseBevel = 0\n"
+              "MainBubbleUseRoundCorners = 0\nMainBubbleSeed = 4711\nMainBubbleFrames = 64\nMainBubbleSize = 35\n")
+            .frames;
+    ASSERT_EQ(frames.size(), 64u);
+    for (const std::size_t i : {0, 1, 22, 63}) {
+        const std::vector<double> tank = tankAt(static_cast<double>(i) / 64, 4711);
+        double differences = 0;
+        for (int at = 0; at < 60 * 140; ++at) {
+            const double* first = &tank[static_cast<std::size_t>(at / 60 * 240 + at % 60 * 2)];
+            const double light = (first[0] + first[1] + first[120] + first[121]) / 4;
+            differences += std::abs(GetRValue(frames[i].colour(at % 60, at / 60)) - light);
+        }
+        EXPECT_LT(differences / (60 * 140), 2) << i; // ellipses of whole pixels are no true circles
+    }
+}
+
+TEST(BubbleChamber, EdgesDarkenAndCornersAreCut) {
+    const std::string white = "MainEffect = 6\nMainBubbleWide = 96\nMainBubbleDeep = 160\nMainBubbleFrames = 64\n"
+                              "MainBubbleBlueColor = 16777215\nMainBubbleWhiteColor = 16777215\n" // bubbles unseen
+                              "MainBubblePanelColor = 255\nMainBubbleDensity = 8\n";
+    const Frame shaded = build(white + "MainBubbleBevelFactor = 200\n").frames[40];
+    const auto shade = [](int k, int width) { return std::sin((k + 0.25) / width * 90 * kDegree) * 200 + 55; };
+    for (int k = 0; k < 24; ++k) { // a quarter of the width, two canvas columns each, and a quarter of that in rows
+        EXPECT_NEAR(GetGValue(shaded.colour(k, 80)), shade(k, 24), 2.5) << k;
+        EXPECT_NEAR(GetGValue(shaded.colour(95 - k, 80)), shade(k, 24), 2.5) << k;
+        EXPECT_NEAR(GetGValue(shaded.colour(48, k / 4)), shade(k / 4, 6), 2.5) << k;
+        EXPECT_NEAR(GetGValue(shaded.colour(48, 159 - k / 4)), shade(k / 4, 6), 2.5) << k;
+    }
+    // What is not tank has the panel's red and is transparent, in the same measure.
+    const Frame cut = build(white + "MainAlphaTrans = 1\nUseAlphaGreyBack = 0\nMainBubbleUseBevel = 0\n").frames[0];
+    for (int y = 0; y < 160; ++y)
+        for (int x = 0; x < 96; ++x)
+            EXPECT_NEAR(GetGValue(cut.colour(x, y)), cut.alpha(x, y), 4) << x << ' ' << y;
+    EXPECT_EQ(cut.alpha(0, 0) + cut.alpha(95, 0) + cut.alpha(0, 159) + cut.alpha(95, 159), 0);
+    EXPECT_EQ(cut.alpha(5, 5) + cut.alpha(48, 0) + cut.alpha(0, 80), 3 * 255); // the corner's radius is 8
+}
+
+constexpr char kClock[] = "MainEffect = 7\nMainCountdownRedColor = 65280\nMainCountdownBlackColor = 0\n";
+
+TEST(Countdown, FramesAreSecondsOrTenths) {
+    const struct {
+        int minutes, seconds, tenths;
+        std::uint32_t flags, last, delay;
+    } cases[] = {{0, 0, 0, kDelayInHundredths, 0, 100},
+                 {0, 0, 1, 0, 0, 100},
+                 {0, 2, 1, kDelayInHundredths, 20, 10},
+                 {1, 2, 0, 0, 62, 1000}};
+    for (const auto& row : cases) {
+        const Recording seen =
+            build(kClock + line("MainCountdownMinutes", row.minutes) + line("MainCountdownSeconds", row.seconds) +
+                      line("MainCountdownUseHund", row.tenths) + "MainCountdownSize = 10\n",
+                  row.flags);
+        ASSERT_EQ(seen.frames.size(), row.last + 1);
+        EXPECT_TRUE(
+            std::ranges::all_of(seen.frames, [&](const Frame& frame) { return frame.info.delay == row.delay; }));
+        const std::string done = "13 " + std::to_string(row.last) + " " + std::to_string(row.last);
+        EXPECT_GE(std::ranges::count(seen.describe(), done), 1) << done;
+        EXPECT_TRUE(row.flags != 0 || backgroundOf(seen) == 0xFFFFFFFF); // none
+    }
+}
+
+// The digit whose cell begins at (x, y) of a frame that shows two canvas pixels in one; 10 when it is none. Places are
+// the middles of its segments: top, upper and lower right, bottom, lower and upper left, middle.
+std::ptrdiff_t digitAt(const Frame& frame, int x, int y) {
+    const int places[7][2] = {{100, 14}, {151, 66}, {136, 199}, {73, 252}, {22, 199}, {37, 66}, {86, 133}};
+    const std::string digits[] = {"1111110", "0110000", "1101101", "1111001", "0110011",
+                                  "1011011", "1011111", "1110000", "1111111", "1111011"};
+    std::string lit;
+    for (const auto& [u, v] : places)
+        lit += GetGValue(frame.colour(x + u / 2, y + v / 2)) > 127 ? '1' : '0';
+    return std::ranges::find(digits, lit) - digits;
+}
+
+TEST(Countdown, DigitsCountDownInTheirPlaces) {
+    const Recording seen =
+        build(kClock + std::string("MainCountdownMinutes = 1\nMainCountdownSeconds = 11\nMainCountdownUseHund = 0\n"
+                                   "MainCountdownSize = 128\nMainCountdownPadding = 3\nMainCountdownUseBezel = 0\n"
+                                   "MainAlphaTrans = 1\n"));
+    EXPECT_EQ(backgroundOf(seen), 0x7F7F7Fu);
+    const std::vector<Frame>& frames = seen.frames;
+    ASSERT_EQ(frames.size(), 72u);
+    for (int left = 71; left >= 0; --left) {
+        const Frame& frame = frames[static_cast<std::size_t>(71 - left)];
+        ASSERT_EQ(frame.width(), 668); // (1323 + 2 x 6) / 2 and (267 + 2 x 6) / 2, rounded
+        ASSERT_EQ(frame.height(), 140);
+        const int digits[][2] = {{0, 0},           {193, 0}, {479, 0}, {672, left / 60}, {958, left % 60 / 10},
+                                 {1151, left % 10}};
+        for (const auto& [x, digit] : digits)
+            EXPECT_EQ(digitAt(frame, 3 + x / 2, 3), digit) << left;
+        for (const int x : {386, 865}) // the colons' dots, and the paper between them
+            EXPECT_TRUE(frame.colour(3 + (x + 41) / 2, 50) > 127 && frame.colour(3 + (x + 32) / 2, 90) > 127 &&
+                        frame.colour(3 + (x + 37) / 2, 70) == 0);
+        EXPECT_EQ(frame.alpha(0, 0) + frame.alpha(667, 139) + frame.alpha(300, 70), 3 * 255);
+    }
+}
+
+TEST(Countdown, BezelFadesInwardsAndShrinksWithoutAntialias) {
+    // Ten lines: two of the outer edge, seven of a bevel that loses 30 %, a dark one.
+    const std::string settings =
+        kClock + std::string("MainCountdownSeconds = 0\nMainCountdownSize = 128\nMainCountdownPadding = 5\n");
+    const Frame smooth = build(settings).frames[0];
+    ASSERT_EQ(smooth.width(), 763); // (1465 + 2 x 30) / 2, rounded
+    for (int i = 2; i < 8; ++i) {   // a line covers half of each of two pixels
+        const double shade = 217 * (std::pow(1 - 0.3 / 7, i - 2) + std::pow(1 - 0.3 / 7, i - 1)) / 2;
+        EXPECT_NEAR(GetRValue(smooth.colour(i, 70)), shade, 4) << i;
+        EXPECT_NEAR(GetRValue(smooth.colour(380, i)), shade, 4) << i;
+    }
+    EXPECT_EQ(smooth.colour(11, 70), 0u);
+    const Recording plain = build(settings + "MainAntialias = 0\nMainAlphaTrans = 1\nUseAlphaGreyBack = 0\n");
+    EXPECT_EQ(plain.frames[0].width(), 748); // (1465 + 2 x 15) / 2
+    EXPECT_EQ(backgroundOf(plain), 0u);
+}
+
+} // namespace
