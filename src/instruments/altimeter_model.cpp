@@ -28,11 +28,12 @@ struct OutlineCorner {
     double up;
 };
 
-// From the tip down. At an eighth of the face's size (96 pixels) the widths come to about 8.5, 5.5 and 2 pixels, which
-// keeps the three apart. Only the long one has a counterweight; the other tails end under the hub.
-constexpr OutlineCorner kTenThousandsOutline[] = {{0, 142}, {34, 86}, {18, 26}, {18, -30}};
-constexpr OutlineCorner kThousandsOutline[] = {{0, 208}, {22, 152}, {12, 30}, {12, -40}};
-constexpr OutlineCorner kHundredsOutline[] = {{0, 290}, {8, 262}, {9, 0}, {9, -56}, {15, -64}, {15, -96}};
+// From the tip down. The short pointer widens to a broad head, the medium one is broad all along, and the long one is
+// thin and reaches into the minor marks, which lie 325 to 345 from the pivot. At 96 pixels, an eighth of the face's
+// size, they are 8.5, 7.5 and 2.8 pixels wide, which keeps the three apart.
+constexpr OutlineCorner kTenThousandsOutline[] = {{0, 190}, {34, 150}, {9, 0}};
+constexpr OutlineCorner kThousandsOutline[] = {{0, 232}, {30, 170}, {22, 0}, {14, -60}};
+constexpr OutlineCorner kHundredsOutline[] = {{0, 334}, {11, 290}, {10, 0}, {16, -96}};
 
 // Clockwise about the pivot.
 CanvasPoint turned(CanvasPoint pivot, OutlineCorner corner, int degrees) {
@@ -52,8 +53,8 @@ std::vector<CanvasPoint> pointer(CanvasPoint pivot, std::span<const OutlineCorne
     return polygon;
 }
 
-constexpr int kHubRadius = 42;
-constexpr int kHubStep = 3;
+constexpr int kHubRadius = 44;
+constexpr int kHubStep = 2;
 
 // From light grey at the rim, 200, to dark at the middle, 31.
 int hubGrey(int disc) {

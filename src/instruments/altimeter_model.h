@@ -2,6 +2,7 @@
 // the pixels of the face and reduced at the end. Core: draws nothing and knows no windows.
 #pragma once
 
+#include "instruments/altimeter_parameters.h"
 #include "instruments/artwork_geometry.h"
 #include "render/colour.h"
 
@@ -12,6 +13,10 @@
 #include <vector>
 
 namespace veldran {
+
+// The control of a setting on the altimeter's panel.
+template <Setting kSetting>
+inline constexpr int kAltimeterControl = kControlOf<kAltimeterParameters, kAltimeterFirstControl, kSetting>;
 
 // One altitude a frame, whole feet, from the text of data points; see pointTable for lists that do not run from 0 to
 // 100.

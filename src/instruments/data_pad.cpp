@@ -93,7 +93,7 @@ DataPadParameters readParameters(HWND dialog) {
 // Nothing when the file cannot be read.
 std::optional<TextPage> readPage(HWND dialog) {
     const std::optional<std::string> text =
-        readWholeFile(readPath(dialog, kDataPadControl<Setting::MainDatapadTextFile>));
+        readWholeFile(readText(dialog, kDataPadControl<Setting::MainDatapadTextFile>));
     if (!text)
         return std::nullopt;
     return readTextPage({reinterpret_cast<const std::uint8_t*>(text->data()), text->size()});

@@ -28,7 +28,7 @@ namespace {
 constexpr std::array<EffectRow, kEffectCount> kEffects = {{
     {"Alien Overflight", "MainPlasma", kAlienOverflightFirstControl, 407, 5, EffectState::Planned,
      kAlienOverflightParameters},
-    {"Altimeter", "MainAltimeter", kAltimeterFirstControl, 541, 3, EffectState::Planned, kAltimeterParameters},
+    {"Altimeter", "MainAltimeter", kAltimeterFirstControl, 541, 3, EffectState::Ready, kAltimeterParameters},
     {"Audio Spectrum", "MainSpectrum", kSpectrumFirstControl, 441, 6, EffectState::Planned, kSpectrumParameters},
     {"Analog VU Meter (rectangular)", "MainVUAnalogSquare", kVuAnalogRectangularFirstControl, 183, 3,
      EffectState::Planned, kVuAnalogRectangularParameters},
@@ -48,10 +48,10 @@ constexpr std::array<EffectRow, kEffectCount> kEffects = {{
     {"Magic Eye *", "MainMagicEye", kMagicEyeFirstControl, 237, 3, EffectState::Planned, kMagicEyeParameters},
     {"Plasma Arc *", "MainArclight", kPlasmaArcFirstControl, 469, 6, EffectState::Planned, kPlasmaArcParameters},
     {"Radar", "MainRadar", kRadarFirstControl, 350, 3, EffectState::Ready, kRadarParameters},
-    {"Tachometer", "MainTach", kTachometerFirstControl, 384, 3, EffectState::Planned, kTachometerParameters},
+    {"Tachometer", "MainTach", kTachometerFirstControl, 384, 3, EffectState::Ready, kTachometerParameters},
     {"Sound Map", "MainSonic", kSoundMapFirstControl, 296, 6, EffectState::Planned, kSoundMapParameters},
     {"Sound Scan", "MainVoice", kSoundScanFirstControl, 328, 7, EffectState::Planned, kSoundScanParameters},
-    {"Stopwatch *", "MainStopwatch", kStopwatchFirstControl, 503, 3, EffectState::Planned, kStopwatchParameters},
+    {"Stopwatch *", "MainStopwatch", kStopwatchFirstControl, 503, 3, EffectState::Ready, kStopwatchParameters},
 }};
 
 constexpr bool panelFits(const EffectRow& row) {

@@ -1,6 +1,7 @@
 // Joins the instruments' names and panels with the entries that draw them.
 #include "instruments/effect_registry.h"
 
+#include "instruments/altimeter.h"
 #include "instruments/bubble_chamber.h"
 #include "instruments/countdown.h"
 #include "instruments/data_pad.h"
@@ -8,6 +9,8 @@
 #include "instruments/frame_loop.h"
 #include "instruments/lissajous.h"
 #include "instruments/radar.h"
+#include "instruments/stopwatch.h"
+#include "instruments/tachometer.h"
 #include "settings/parameter_reader.h"
 
 #include <algorithm>
@@ -33,11 +36,14 @@ constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
+    drawable<openAltimeter>("Altimeter", altimeterBackground),
     drawable<openBubbleChamber>("Bubble Chamber", bubbleChamberBackground),
     drawable<openCountdown>("Countdown *", countdownBackground),
     drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),
     drawable<openLissajous>("Lissajous Figure", lissajousBackground),
     drawable<openRadar>("Radar", radarBackground),
+    drawable<openTachometer>("Tachometer", tachometerBackground),
+    drawable<openStopwatch>("Stopwatch *", stopwatchBackground),
 };
 
 struct Registry {

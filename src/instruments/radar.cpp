@@ -29,7 +29,6 @@ constexpr int kLabelGapRight = 14;
 constexpr int kLabelGapAbove = 2;
 constexpr int kLabelMarginX = 4;
 constexpr int kLabelMarginY = 1;
-constexpr int kLabelWeight = 700;
 constexpr std::uint32_t kTallestLabel = 526; // the artwork's height
 
 struct RadarParameters {
@@ -79,12 +78,6 @@ RadarParameters readParameters(HWND dialog) {
         static_cast<int>(std::min(pluginSettings().number(Setting::AdvancedRadarMarkerFontSize), kTallestLabel));
     p.markers = readMarkers(dialog);
     return p;
-}
-
-// Antialiased whatever the system's font smoothing: coloured fringes would cost palette entries.
-Font createLabelFont(int height) {
-    return Font(CreateFontA(height, 0, 0, 0, kLabelWeight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                            CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH, "Arial"));
 }
 
 void drawScreen(const ScopedCanvas& picture, const RadarScene& scene) {
@@ -151,7 +144,7 @@ GlobalBlock renderFrame(const RadarScene& scene, int angle) {
         return {};
     drawScreen(picture, scene);
     drawSweep(glow, scene, angle);
-    blendColourThroughMask(picture.pixels(), glow.pixels(), scene.parameters.trace);
+    blendColourThroughMask(picture.pixels(), glow.pixels(), 0, 0, scene.parameters.trace);
     blendInk(picture.pixels(), scene.graticule, geometry.pad, geometry.pad, scene.parameters.scale);
     for (const RadarMarker& marker : scene.parameters.markers)
         drawMarker(picture.dc(), scene, marker, glow.pixels());
@@ -174,7 +167,7 @@ public:
         scene_.graticule = graticule_.view();
         scene_.geometry = radarGeometry(scene_.graticule.width, scene_.graticule.height, scene_.parameters.size,
                                         scene_.parameters.padding);
-        scene_.labelFont = createLabelFont(scene_.parameters.labelHeight);
+        scene_.labelFont = boldArial(scene_.parameters.labelHeight, 0);
         increment_ = clampIncrement(scene_.parameters.increment);
     }
 

@@ -3,10 +3,15 @@
 #pragma once
 
 #include "instruments/artwork_geometry.h"
+#include "instruments/stopwatch_parameters.h"
 
 #include <cstdint>
 
 namespace veldran {
+
+// The control of a setting on the stopwatch's panel.
+template <Setting kSetting>
+inline constexpr int kStopwatchControl = kControlOf<kStopwatchParameters, kStopwatchFirstControl, kSetting>;
 
 // What the still shows.
 inline constexpr int kStopwatchStillSeconds = 18;

@@ -3,11 +3,16 @@
 #pragma once
 
 #include "instruments/artwork_geometry.h"
+#include "instruments/tachometer_parameters.h"
 
 #include <string_view>
 #include <vector>
 
 namespace veldran {
+
+// The control of a setting on the tachometer's panel.
+template <Setting kSetting>
+inline constexpr int kTachometerControl = kControlOf<kTachometerParameters, kTachometerFirstControl, kSetting>;
 
 // Speeds are fractions of full scale: 0 is rest, 1 the needle's stop.
 inline constexpr double kTachometerStillSpeed = 0.6;

@@ -79,30 +79,20 @@ MergeRows mergeRowsOver(int alphaBits) {
 
 } // namespace
 
-void blendColourThroughMask(const ImageView& picture, const ConstImageView& mask, Colour colour) {
+void blendColourThroughMask(const ImageView& picture, const ConstImageView& mask, int left, int top, Colour colour) {
     const ChannelBytes channels(colour);
-    const int width = std::min(picture.width, mask.width);
-    const int height = std::min(picture.height, mask.height);
-    for (int y = 0; y < height; ++y) {
-        std::uint8_t* pixel = picture.row(y);
-        const std::uint8_t* weight = mask.row(y);
-        for (int x = 0; x < width; ++x, pixel += 3, weight += 3)
+    forSharedRows(picture, mask, left, top, [&](const std::uint8_t* weight, std::uint8_t* pixel, int pixels) {
+        for (int x = 0; x < pixels; ++x, pixel += 3, weight += 3)
             blendPixel(pixel, channels, *weight);
-    }
+    });
 }
 
 void blendInk(const ImageView& picture, const ConstImageView& ink, int left, int top, Colour colour) {
     const ChannelBytes channels(colour);
-    const int firstX = std::max(0, -left);
-    const int endX = std::min(ink.width, picture.width - left);
-    const int firstY = std::max(0, -top);
-    const int endY = std::min(ink.height, picture.height - top);
-    for (int y = firstY; y < endY; ++y) {
-        const std::uint8_t* source = ink.pixel(firstX, y);
-        std::uint8_t* pixel = picture.pixel(left + firstX, top + y);
-        for (int x = firstX; x < endX; ++x, source += ink.bytesPerPixel(), pixel += 3)
+    forSharedRows(picture, ink, left, top, [&](const std::uint8_t* source, std::uint8_t* pixel, int pixels) {
+        for (int x = 0; x < pixels; ++x, source += ink.bytesPerPixel(), pixel += 3)
             blendPixel(pixel, channels, 255 - *colourBytes(ink, source));
-    }
+    });
 }
 
 void mergeAlphaPixels(const ConstImageView& colours, const ConstImageView& alpha, const ImageView& target) {

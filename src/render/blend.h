@@ -6,13 +6,15 @@
 
 namespace veldran {
 
-// Lays `colour` over `picture` (24 bits) with the low byte (blue) of each pixel of `mask` (24 bits) as its weight: 0
-// leaves the picture, 255 gives the colour. Only where both images have pixels.
-void blendColourThroughMask(const ImageView& picture, const ConstImageView& mask, Colour colour);
-
-// Draws a sheet of ink on `picture` (24 bits), its top left pixel at (left, top): dark pixels of `ink` (8 bits through
-// its colour table, 24 or 32; the low byte counts) take `colour`, white ones leave the picture as it is. Ink beyond the
+// These two work on `picture` (24 bits) with the other image's top left pixel at (left, top). What reaches beyond the
 // picture's borders is dropped.
+
+// Lays `colour` over the picture with the low byte (blue) of each pixel of `mask` (24 bits) as its weight: 0 leaves the
+// picture, 255 gives the colour.
+void blendColourThroughMask(const ImageView& picture, const ConstImageView& mask, int left, int top, Colour colour);
+
+// Draws a sheet of ink: dark pixels of `ink` (8 bits through its colour table, 24 or 32; the low byte counts) take
+// `colour`, white ones leave the picture as it is.
 void blendInk(const ImageView& picture, const ConstImageView& ink, int left, int top, Colour colour);
 
 // Copies the three colour bytes of `colours` (8, 24 or 32 bits) and, as alpha, the low byte of the pixel of `alpha`

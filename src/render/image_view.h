@@ -7,6 +7,7 @@
 // Core: knows no windows.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -83,6 +84,20 @@ std::optional<ConstImageView> viewPackedBitmap(std::span<const std::uint8_t> blo
 // The colour of a pixel of an 8-, 24- or 32-bit image as blue, green, red.
 inline const std::uint8_t* colourBytes(const ConstImageView& image, const std::uint8_t* pixel) {
     return image.bits == 8 ? image.colourTable + 4 * *pixel : pixel;
+}
+
+// Calls row(upper's bytes, picture's bytes, pixels) for every row that both images share when the upper one's top left
+// pixel stands at (left, top) of the picture.
+template <class Row>
+void forSharedRows(const ImageView& picture, const ConstImageView& upper, int left, int top, Row row) {
+    const int firstX = std::max(0, -left);
+    const int firstY = std::max(0, -top);
+    const int pixels = std::min(upper.width, picture.width - left) - firstX;
+    const int endY = std::min(upper.height, picture.height - top);
+    if (pixels <= 0)
+        return;
+    for (int y = firstY; y < endY; ++y)
+        row(upper.pixel(firstX, y), picture.pixel(left + firstX, top + y), pixels);
 }
 
 } // namespace veldran

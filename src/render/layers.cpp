@@ -5,23 +5,6 @@
 #include <cstring>
 
 namespace veldran {
-namespace {
-
-// Calls row(upper's bytes, picture's bytes, pixels) for every row that both images share.
-template <class Row>
-void forSharedRows(const ImageView& picture, const ConstImageView& upper, int left, int top, Row row) {
-    const int firstX = std::max(0, -left);
-    const int firstY = std::max(0, -top);
-    const int pixels = std::min(upper.width, picture.width - left) - firstX;
-    const int endY = std::min(upper.height, picture.height - top);
-    if (pixels <= 0)
-        return;
-    for (int y = firstY; y < endY; ++y)
-        row(upper.pixel(firstX, y), picture.pixel(left + firstX, top + y), pixels);
-}
-
-} // namespace
-
 void layImage(const ImageView& picture, const ConstImageView& upper, int left, int top) {
     forSharedRows(picture, upper, left, top, [](const std::uint8_t* source, std::uint8_t* pixel, int pixels) {
         std::memcpy(pixel, source, static_cast<std::size_t>(pixels) * 3);

@@ -1,8 +1,6 @@
 // Objects are made for each shape: frames draw few of them, and what a frame makes it frees.
 #include "render/shapes.h"
 
-#include "base/gdi.h"
-
 namespace veldran {
 
 void fillRectangle(HDC dc, const RECT& rectangle, Colour colour) {
@@ -54,6 +52,12 @@ void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour) {
     const Selected selectedPen(dc, pen.get());
     const Selected brush(dc, GetStockObject(NULL_BRUSH));
     Rectangle(dc, rectangle.left, rectangle.top, rectangle.right, rectangle.bottom);
+}
+
+// Antialiased whatever the system's font smoothing: coloured fringes would cost palette entries.
+Font boldArial(int height, int escapement) {
+    return Font(CreateFontA(height, 0, escapement, escapement, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                            OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH, "Arial"));
 }
 
 } // namespace veldran

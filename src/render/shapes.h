@@ -1,6 +1,8 @@
-// Filled shapes and lines on a canvas, each with its own pen and brush. Filled shapes have no outline.
+// Filled shapes and lines on a canvas, each with its own pen and brush. Filled shapes have no outline. The font of
+// pictures.
 #pragma once
 
+#include "base/gdi.h"
 #include "render/colour.h"
 
 #include <span>
@@ -21,5 +23,9 @@ void drawLine(HDC dc, POINT from, POINT to, int width, Colour colour);
 void drawPolyline(HDC dc, std::span<const POINT> corners, int width, Colour colour);
 // The outline alone; its right and bottom side lie on the last pixels inside.
 void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour);
+
+// The font of texts in pictures, `height` pixels from the top of its cells to their bottom. `escapement` tilts its
+// lines: tenths of a degree, counter-clockwise.
+Font boldArial(int height, int escapement);
 
 } // namespace veldran

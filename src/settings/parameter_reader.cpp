@@ -28,6 +28,13 @@ int readParameter(HWND dialog, int controlId) {
     return clampToRange(fieldInteger(text, range), range);
 }
 
+std::string readText(HWND dialog, int controlId) {
+    const HWND control = GetDlgItem(dialog, controlId);
+    std::string text(static_cast<std::size_t>(std::max(GetWindowTextLengthA(control), 0)) + 1, '\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextA(control, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
 bool isChecked(HWND dialog, int controlId) {
     return IsDlgButtonChecked(dialog, controlId) == BST_CHECKED;
 }
@@ -44,12 +51,6 @@ void setColour(HWND dialog, int controlId, Colour colour) {
     const HWND swatch = GetDlgItem(dialog, controlId);
     SetWindowLongPtrA(swatch, GWLP_USERDATA, static_cast<LONG_PTR>(colour & 0xFFFFFF));
     InvalidateRect(swatch, nullptr, TRUE);
-}
-
-std::string readPath(HWND dialog, int controlId) {
-    char path[MAX_PATH] = "";
-    GetDlgItemTextA(dialog, controlId, path, static_cast<int>(sizeof path));
-    return path;
 }
 
 int readChoiceNumber(HWND dialog, int controlId) {

@@ -16,6 +16,9 @@ namespace veldran {
 // default"; 0 to 100 without one). Signed when the minimum is negative. An empty field counts as 0 before clamping.
 int readParameter(HWND dialog, int controlId);
 
+// The whole text of a control.
+std::string readText(HWND dialog, int controlId);
+
 bool isChecked(HWND dialog, int controlId);
 
 // Whether a check box is checked and can be used.
@@ -24,9 +27,6 @@ bool isCheckedAndEnabled(HWND dialog, int controlId);
 // The colour of a swatch.
 Colour readColour(HWND dialog, int controlId);
 void setColour(HWND dialog, int controlId, Colour colour);
-
-// The path that a control names; the first 259 bytes of it.
-std::string readPath(HWND dialog, int controlId);
 
 // The chosen entry of a choice list as a signed integer; 0 when none is chosen.
 int readChoiceNumber(HWND dialog, int controlId);

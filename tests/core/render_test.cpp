@@ -245,14 +245,14 @@ TEST(Blend, MaskWeighsTheColour) {
         picture.setRow(y, {100, 200, 40, 100, 200, 40, 100, 200, 40});
     for (int y = 0; y < 3; ++y)
         mask.setRow(y, {0, 255, 255, static_cast<std::uint8_t>(y == 0 ? 255 : 128), 0, 0}); // the low byte counts
-    blendColourThroughMask(picture.view, mask.view, makeColour(250, 0, 9));
+    blendColourThroughMask(picture.view, mask.view, 0, 0, makeColour(250, 0, 9));
     EXPECT_EQ(picture.row(0), (Bytes{100, 200, 40, 9, 0, 250, 100, 200, 40}));
     // 100 x 127 / 255 = 49.8, 9 x 128 / 255 = 4.5; 200: 99.6; 40: 19.9, 250: 125.5
     EXPECT_EQ(picture.row(1), (Bytes{100, 200, 40, 53, 99, 144, 100, 200, 40}));
     EXPECT_TRUE(picture.paddingIsWhole());
 }
 
-TEST(Blend, InkBeyondThePictureIsDropped) {
+TEST(Blend, WhatLiesBeyondThePictureIsDropped) {
     const int places[][2] = {{0, 0}, {-1, -2}, {2, 1}, {3, 0}, {0, -3}, {99, -99}};
     for (const int bits : {8, 24, 32})
         for (const auto& [left, top] : places) {
@@ -264,6 +264,24 @@ TEST(Blend, InkBeyondThePictureIsDropped) {
                 ink.setRow(y, Bytes(static_cast<std::size_t>(3 * bits / 8), 0));
             ink.view.pixel(1, 1)[0] = 255;
             blendInk(picture.view, ink.view, left, top, makeColour(1, 2, 3));
+            if (bits == 24) { // the inverted sheet as a mask, or the same sheet as it is, changes the same pixels
+                Raster masked(3, 3, 24);
+                Raster copied(3, 3, 24);
+                Raster mask(3, 3, 24, RowOrder::BottomUp);
+                for (int y = 0; y < 3; ++y) {
+                    masked.setRow(y, Bytes(9, 200));
+                    copied.setRow(y, Bytes(9, 200));
+                    mask.setRow(y, y == 1 ? Bytes{255, 255, 255, 0, 0, 0, 255, 255, 255} : Bytes(9, 255));
+                }
+                blendColourThroughMask(masked.view, mask.view, left, top, makeColour(1, 2, 3));
+                layImage(copied.view, ink.view, left, top);
+                for (int y = 0; y < 3; ++y) {
+                    EXPECT_EQ(masked.row(y), picture.row(y)) << left << "," << top;
+                    for (int x = 0; x < 3; ++x)
+                        EXPECT_EQ(copied.view.pixel(x, y)[1], ink.view.contains(x - left, y - top) ? 0 : 200);
+                }
+                EXPECT_TRUE(masked.paddingIsWhole() && copied.paddingIsWhole());
+            }
             for (int y = 0; y < 3; ++y)
                 for (int x = 0; x < 3; ++x) {
                     const bool inked = ink.view.contains(x - left, y - top) && !(x - left == 1 && y - top == 1);
