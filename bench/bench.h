@@ -44,6 +44,7 @@ double processorSeconds();
 // The groups. Each prints its table.
 void benchColours();
 void benchPixels();
+void benchSound();
 
 #ifdef VELDRAN_BENCH_PNG
 // quantize FRAMES_DIR OUT_DIR [--colours N] [--dither]. Returns the exit code.

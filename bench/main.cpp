@@ -10,6 +10,7 @@ int main(int argumentCount, char** argumentValues) try {
     if (arguments.empty()) {
         veldran::bench::benchColours();
         veldran::bench::benchPixels();
+        veldran::bench::benchSound();
         return 0;
     }
 #ifdef VELDRAN_BENCH_PNG

@@ -3,7 +3,7 @@
 
 root=$(pwd)
 build_packages="cmake ninja-build g++ g++-mingw-w64-x86-64-posix libz-mingw-w64-dev zlib1g-dev pkg-config \
-wine64 wine fonts-liberation librsvg2-dev libcairo2-dev"
+wine64 wine fonts-liberation librsvg2-dev libcairo2-dev libjpeg-turbo-progs"
 
 say() { printf '%s\n' "$*" >&2; }
 die() { say "$@"; exit 1; }

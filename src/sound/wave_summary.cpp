@@ -5,8 +5,18 @@ namespace veldran {
 namespace {
 
 constexpr std::uint64_t kHundredthsPerSecond = 100;
+constexpr std::uint64_t kMillisecondsPerSecond = 1000;
 constexpr std::uint64_t kSecondsPerMinute = 60;
 constexpr std::uint32_t kHertzPerKilohertz = 1000;
+
+// In parts of a second of which there are `perSecond`.
+std::uint64_t playingTime(const WaveFormat& format, std::size_t dataBytes, std::uint64_t perSecond) {
+    const std::uint64_t bytesPerSecond = std::uint64_t{format.blockAlignment} * format.samplesPerSecond;
+    if (bytesPerSecond == 0)
+        return 0;
+    // A file's lengths have 32 bits, so the product stays below 2^42.
+    return std::uint64_t{dataBytes} * perSecond / bytesPerSecond;
+}
 
 const char* channelName(const WaveFormat& format) {
     return format.channels == 1 ? "Mono" : "Stereo";
@@ -33,11 +43,11 @@ std::string timeText(std::uint64_t hundredths) {
 } // namespace
 
 std::uint64_t playingHundredths(const WaveFormat& format, std::size_t dataBytes) {
-    const std::uint64_t bytesPerSecond = std::uint64_t{format.blockAlignment} * format.samplesPerSecond;
-    if (bytesPerSecond == 0)
-        return 0;
-    // A file's lengths have 32 bits, so the product stays below 2^39.
-    return std::uint64_t{dataBytes} * kHundredthsPerSecond / bytesPerSecond;
+    return playingTime(format, dataBytes, kHundredthsPerSecond);
+}
+
+std::uint64_t playingMilliseconds(const WaveFormat& format, std::size_t dataBytes) {
+    return playingTime(format, dataBytes, kMillisecondsPerSecond);
 }
 
 std::string waveFigures(const WaveFormat& format, std::size_t dataBytes) {

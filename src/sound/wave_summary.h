@@ -24,6 +24,9 @@ inline constexpr std::uint16_t kPcmTag = 1;
 // Playing time in hundredths of a second, rounded down. 0 when the format has no size or no rate.
 std::uint64_t playingHundredths(const WaveFormat& format, std::size_t dataBytes);
 
+// The same in milliseconds.
+std::uint64_t playingMilliseconds(const WaveFormat& format, std::size_t dataBytes);
+
 // "Stereo, 44.1 kHz, 01:15.50"
 std::string waveFigures(const WaveFormat& format, std::size_t dataBytes);
 

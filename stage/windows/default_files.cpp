@@ -1,4 +1,4 @@
-// Each file is a resource of this program.
+// Each file is a resource of this program or of the plugin.
 #include "windows/default_files.h"
 
 #include "core/failure.h"
@@ -17,13 +17,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
+enum class Owner { Stage, Plugin };
+
 struct DefaultFile {
+    Owner owner;
     const wchar_t* resource;
     const wchar_t* name;
 };
 
 constexpr DefaultFile kDefaultFiles[] = {
-    {L"DEFAULT_TEXT", L"Default.txt"},
+    {Owner::Stage, L"DEFAULT_TEXT", L"Default.txt"},
+    {Owner::Plugin, L"DEFAULT_WAV", L"Default.wav"},
+    {Owner::Plugin, L"DEFAULT_JPG", L"Default.jpg"},
 };
 
 // Empty when the shell has no documents folder.
@@ -46,15 +51,16 @@ void place(const fs::path& target, std::string_view content) {
 
 } // namespace
 
-std::vector<std::string> placeDefaultFiles(OutputFormat format) {
+std::vector<std::string> placeDefaultFiles(HMODULE plugin, OutputFormat format) {
     std::vector<std::string> failures;
     const fs::path folder = documentsFolder(format);
     for (const DefaultFile& file : kDefaultFiles) {
         std::error_code ignored;
-        if (folder.empty() || fs::exists(folder / file.name, ignored))
+        const std::string_view content = moduleResource(file.owner == Owner::Plugin ? plugin : nullptr, file.resource);
+        if (folder.empty() || content.empty() || fs::exists(folder / file.name, ignored))
             continue;
         try {
-            place(folder / file.name, moduleResource(nullptr, file.resource));
+            place(folder / file.name, content);
         } catch (const Failure& failure) {
             failures.push_back(failure.what());
         }

@@ -120,7 +120,7 @@ void render(const PluginLibrary& plugin, const RenderOptions& options) {
                                 reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
     ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
     HostSession session(recorder, progress, printProgress, programFolder());
-    for (const std::string& warning : placeDefaultFiles(options.format))
+    for (const std::string& warning : placeDefaultFiles(plugin.module(), options.format))
         print(Stream::Error, "stage: " + warning + "\n");
     try {
         drivePlugin(plugin, options, effect, session);

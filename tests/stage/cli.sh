@@ -142,7 +142,7 @@ expect 0 '' render --effect extra --out pad.gif
 equal 'frames of a text of my own' 1 "$(identify pad.gif | wc -l)"
 equal 'text of my own' mine "$(cat "$text")"
 expect 0 '' render --effect extra --as png --set MainDatapadSize=64 --out pad.png
-equal 'files of the other editor' Default.txt "$(ls "$png_documents")"
+equal 'files of the other editor' 'Default.jpg Default.txt Default.wav' "$(ls "$png_documents" | xargs)"
 rm -r "$png_documents" && touch "$png_documents"
 expect 0 'stage: Cannot make the folder' render "${quick[@]}" --as png --out pad.png
 rm "$png_documents"

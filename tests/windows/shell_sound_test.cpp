@@ -4,7 +4,7 @@
 #include "base/module.h"
 #include "host/message_box.h"
 #include "object_count.h"
-#include "sound/wave_file.h"
+#include "sound/sound_file.h"
 #include "sound/wave_player.h"
 #include "ui/path_control.h"
 
@@ -37,9 +37,11 @@ std::string riff(const std::string& chunks, const std::string& form = "WAVE") {
     return chunk("RIFF", form + chunks);
 }
 
-std::string formatBody(std::uint16_t tag, std::uint16_t channels = 1, std::uint32_t rate = 8000) {
-    return little(tag, 2) + little(channels, 2) + little(rate, 4) + little(rate * channels, 4) + little(channels, 2) +
-           little(8, 2);
+std::string formatBody(std::uint16_t tag, std::uint16_t channels = 1, std::uint32_t rate = 8000,
+                       std::uint16_t bits = 8) {
+    const std::uint32_t alignment = channels * bits / 8u;
+    return little(tag, 2) + little(channels, 2) + little(rate, 4) + little(rate * alignment, 4) + little(alignment, 2) +
+           little(bits, 2);
 }
 
 // Unsigned bytes of silence at 8 kHz.
@@ -111,6 +113,12 @@ TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
         {"cut samples", riff(pcm + samples).substr(0, 50), -1, 0},
         {"a gigabyte promised", riff(pcm + "data" + little(1u << 30, 4) + "abc"), -1, 0},
         {"more than a file can hold", riff(pcm + "data" + little(0xFFFFFFFF, 4) + "abc"), -1, 0},
+        {"data before the format", riff(samples + pcm), -1, 0},
+        {"a format that ends with the file", riff(pcm).substr(0, 30), -1, 0},
+        {"a format without bytes", riff(chunk("fmt ", "") + samples), -1, 0},
+        {"data outside", riff(pcm) + samples, -1, 0},
+        {"three channels of 24 bits", riff(chunk("fmt ", formatBody(1, 3, 192000, 24)) + samples), 7, 24},
+        {"half a length", riff(pcm + samples).substr(0, 6), -1, 0},
         {"another form", riff(pcm + samples, "AVI "), -1, 0},
         {"empty", "", -1, 0},
     };
@@ -133,6 +141,7 @@ TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
         EXPECT_TRUE(DeleteFileA(path.c_str())) << "still open: " << c.what;
         EXPECT_EQ(object_count::heapBytes(), before) << c.what;
     }
+    EXPECT_FALSE(readWaveFile(folder_));
     EXPECT_FALSE(readWaveFile(folder_ + "missing.wav"));
     EXPECT_FALSE(readWaveFile(""));
     EXPECT_FALSE(readWaveFile(std::string(5000, 'x')));
@@ -142,6 +151,38 @@ TEST_F(Sound, LongPathsAreRead) {
     const std::string path = write(silence(5), std::string(150, 'n') + " + plus.wav");
     EXPECT_EQ(readWaveFile(path).dataBytes, 5u);
     DeleteFileA(path.c_str());
+}
+
+TEST_F(Sound, FilesAreMeasuredOrLeaveNothing) {
+    const std::string words = chunk("data", std::string(400, '\x40')); // 0x4040 a sample, whose peak is 64
+    const auto file = [&](std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
+        return riff(chunk("fmt ", formatBody(1, channels, rate, bits)) + words);
+    };
+    const struct {
+        std::string bytes;
+        int level; // of the first frame; -1: refused
+    } cases[] = {
+        {file(2, 192000, 16), 64},
+        {file(6, 8000, 16), 0},
+        {file(2, 0, 16), 64},
+        {file(2, 44100, 24), -1},
+        {riff(chunk("fmt ", formatBody(1).substr(0, 14)) + words), -1}, // no bits
+        {"no sound", -1},
+    };
+    for (const auto& c : cases) {
+        const std::string path = write(c.bytes);
+        const std::size_t before = object_count::heapBytes();
+        for (const std::uint32_t frames : {1u, 100u}) {
+            const auto sound = measureSoundFile(path, frames, SoundMeasure::Levels, SoundScale::Raw);
+            EXPECT_EQ(sound ? sound->analysis.levels.left.front() : -1, c.level);
+        }
+        EXPECT_EQ(object_count::heapBytes(), before);
+    }
+    write(file(2, 44100, 16));
+    const auto spectrum = measureSoundFile(folder_ + "a.wav", 32760, SoundMeasure::Spectrum, SoundScale::Normalised);
+    ASSERT_TRUE(spectrum);
+    EXPECT_EQ(spectrum->analysis.bands[9].right.size(), 32761u);
+    EXPECT_EQ(spectrum->wave.dataBytes, 400u);
 }
 
 TEST_F(Sound, WhatCannotBePlayedLeavesNothing) {
@@ -168,13 +209,27 @@ TEST_F(Sound, WhatCannotBePlayedLeavesNothing) {
 // The `wParam` of the next MM_WOM_DONE; 0 when none comes.
 WPARAM awaitDone() {
     const DWORD start = GetTickCount();
-    while (GetTickCount() - start < 5000) {
+    while (GetTickCount() - start < 10000) {
         MSG message;
         if (PeekMessageA(&message, nullptr, MM_WOM_DONE, MM_WOM_DONE, PM_REMOVE))
             return message.wParam;
         Sleep(5);
     }
     return 0;
+}
+
+// The sound that comes with the plugin. On a device whose output is recorded, the recording shows what was played.
+TEST_F(Sound, PlaysTheDefaultSound) {
+    const HRSRC resource = FindResourceA(nullptr, "DEFAULT_WAV", RT_RCDATA);
+    ASSERT_NE(resource, nullptr);
+    const auto* bytes = static_cast<const char*>(LockResource(LoadResource(nullptr, resource)));
+    WaveSound sound = readWaveFile(write(std::string(bytes, SizeofResource(nullptr, resource))));
+    ASSERT_TRUE(sound);
+    if (waveOutGetNumDevs() == 0)
+        GTEST_SKIP() << "no output device";
+    WavePlayer player;
+    ASSERT_TRUE(player.play(window_, std::move(sound)));
+    EXPECT_TRUE(player.isDone(reinterpret_cast<HWAVEOUT>(awaitDone())));
 }
 
 TEST_F(Sound, PlaysToTheEndAndOnceMore) {

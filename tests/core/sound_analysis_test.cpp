@@ -1,0 +1,296 @@
+// Levels and bands of sounds. Levels were worked out by hand; bands are compared with filters that are run one after
+// the other over a copy, and with what sines must give.
+#include "sound/sound_analysis.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <numbers>
+#include <random>
+
+namespace veldran {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Numbers = std::vector<std::int32_t>;
+
+constexpr std::int32_t kSilent = -2147483647 - 1;
+
+WaveFormat pcm(int channels, int bits, std::uint32_t rate = 44100) {
+    const auto alignment = static_cast<std::uint16_t>(channels * bits / 8);
+    return {1,         static_cast<std::uint16_t>(channels), rate, rate * alignment,
+            alignment, static_cast<std::uint16_t>(bits)};
+}
+
+Bytes words(const std::vector<int>& values) {
+    Bytes bytes;
+    for (const int value : values) {
+        bytes.push_back(static_cast<std::uint8_t>(value));
+        bytes.push_back(static_cast<std::uint8_t>(value >> 8));
+    }
+    return bytes;
+}
+
+TEST(SoundLevels, PeaksOfEachKindOfSample) {
+    const struct {
+        const char* what;
+        WaveFormat format;
+        Bytes samples;
+        std::uint32_t frames;
+        Numbers left, right, mono;
+    } cases[] = {
+        {"bytes", pcm(1, 8), {127, 255, 0, 128, 9}, 2, {256, 254}, {256, 254}, {256, 254}},
+        {"pairs of bytes", pcm(2, 8), {130, 120, 127, 127, 0, 255, 100, 9}, 2, {6, 254}, {14, 256}, {10, 255}},
+        {"words", pcm(1, 16), words({255, -256, 0, 511, 32767, -32768, 5, 5}), 1, {1}, {1}, {1}},
+        {"words, slices of twice the frames",
+         pcm(1, 16),
+         words({0, 0, 0, 0, 256, 512, -768}),
+         2,
+         {0, 3},
+         {0, 3},
+         {0, 3}},
+        {"words, slices beyond the end", pcm(1, 16), words({-32768, 256}), 3, {128, 0, 0}, {128, 0, 0}, {128, 0, 0}},
+        {"pairs of words", pcm(2, 16), words({32767, -32768, 256, -511, 0, 0, 9, 9}), 2, {127, 0}, {128, 0}, {127, 0}},
+        {"half a pair at the end", pcm(2, 16), words({256, 512, 768}), 1, {1}, {2}, {1}},
+        {"more frames than samples", pcm(1, 8), {255, 255}, 3, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}},
+        {"no samples", pcm(2, 16), {}, 2, {0, 0}, {0, 0}, {0, 0}},
+        {"six channels", pcm(6, 16), words({9999, 9999, 9999, 9999, 9999, 9999}), 1, {0}, {0}, {0}},
+        {"no channels", pcm(0, 8), {255, 255}, 1, {0}, {0}, {0}},
+    };
+    for (const auto& c : cases) {
+        const auto analysis = analyseSound(c.format, c.samples, c.frames, SoundMeasure::Levels, SoundScale::Raw);
+        ASSERT_TRUE(analysis) << c.what;
+        EXPECT_EQ(analysis->levels.left, c.left) << c.what;
+        EXPECT_EQ(analysis->levels.right, c.right) << c.what;
+        EXPECT_EQ(analysis->levels.mono, c.mono) << c.what;
+    }
+}
+
+// A loud sample is found wherever it lies in a slice, on its own side alone.
+TEST(SoundLevels, NoSampleIsMissed) {
+    for (const int bits : {8, 16})
+        for (std::size_t at = 0; at < 150; ++at) {
+            Bytes samples(bits == 8 ? 150 : 300, bits == 8 ? 127 : 0);
+            samples[bits == 8 ? at : 2 * at + 1] = 1;
+            const int loud = bits == 8 ? 252 : 1;
+            const auto levels = analyseSound(pcm(2, bits), samples, 3, SoundMeasure::Levels, SoundScale::Raw)->levels;
+            Numbers left(3), right(3);
+            (at % 2 == 0 ? left : right)[at / 50] = loud;
+            EXPECT_EQ(levels.left, left) << at;
+            EXPECT_EQ(levels.right, right) << at;
+        }
+}
+
+TEST(SoundLevels, Normalising) {
+    const auto left = [](int loud) { return words({loud, 0, loud / 2, 0, 0, 0}); };
+    const auto levels =
+        analyseSound(pcm(2, 16), left(64 * 256), 3, SoundMeasure::Levels, SoundScale::Normalised)->levels;
+    // 255 / 64 + 0.5 is 4.484375: 287 and 143.5.
+    EXPECT_EQ(levels.left, (Numbers{255, 143, 0}));
+    EXPECT_EQ(levels.right, (Numbers{kSilent, kSilent, kSilent}));
+    EXPECT_EQ(levels.mono, (Numbers{-1073741696, -1073741752, -1073741824}));
+    EXPECT_EQ(shownLevel(levels, SoundChannels::Stereo, 0, 1), 143);
+    EXPECT_EQ(shownLevel(levels, SoundChannels::Stereo, 1, 1), 0);
+    EXPECT_EQ(shownLevel(levels, SoundChannels::Right, 0, 0), 0);
+    EXPECT_EQ(shownLevel(levels, SoundChannels::Left, 0, 3), 0); // there is no such frame
+
+    const Bytes none(64, 127);
+    const auto silent = analyseSound(pcm(2, 8), none, 1, SoundMeasure::Levels, SoundScale::Normalised)->levels;
+    EXPECT_EQ(silent.mono, Numbers{kSilent}); // not 0, which 32 bits would make of the sum
+    const auto loud = analyseSound(pcm(1, 8), Bytes(4, 255), 1, SoundMeasure::Levels, SoundScale::Raw)->levels;
+    EXPECT_EQ(shownLevel(loud, SoundChannels::Mono, 0, 0), 255); // of 256
+}
+
+TEST(SoundAnalysis, RefusesWhatItCannotMeasure) {
+    const auto measured = [](const WaveFormat& format, SoundMeasure measure, std::uint32_t frames = 2) {
+        return analyseSound(format, Bytes(96, 200), frames, measure, SoundScale::Raw).has_value();
+    };
+    WaveFormat compressed = pcm(2, 16);
+    compressed.tag = 0x55;
+    for (const SoundMeasure measure : {SoundMeasure::Levels, SoundMeasure::Spectrum}) {
+        EXPECT_TRUE(measured(pcm(2, 16), measure));
+        EXPECT_FALSE(measured(pcm(2, 16), measure, 0));
+        EXPECT_FALSE(measured(compressed, measure));
+        for (const int bits : {0, 4, 12, 24, 32})
+            EXPECT_FALSE(measured(pcm(1, bits), measure)) << bits;
+    }
+    EXPECT_TRUE(measured(pcm(3, 8), SoundMeasure::Levels));
+    EXPECT_FALSE(measured(pcm(3, 8), SoundMeasure::Spectrum));
+}
+
+TEST(SoundAnalysis, PlayingTimesAndDelays) {
+    const auto time = [](const WaveFormat& format, SoundMeasure measure) {
+        return analyseSound(format, Bytes(44100, 99), 4, measure, SoundScale::Raw)->playingMilliseconds;
+    };
+    EXPECT_EQ(time(pcm(2, 16, 11025), SoundMeasure::Levels), 1000);
+    EXPECT_EQ(time(pcm(2, 16, 11025), SoundMeasure::Spectrum), 1000);
+    EXPECT_EQ(time(pcm(1, 16, 22050), SoundMeasure::Levels), 1000);
+    EXPECT_EQ(time(pcm(1, 16, 22050), SoundMeasure::Spectrum), 500);
+    EXPECT_EQ(time(pcm(1, 8, 96000), SoundMeasure::Levels), 459); // 459.375
+    EXPECT_EQ(time(pcm(1, 8, 96000), SoundMeasure::Spectrum), 229);
+    EXPECT_EQ(time(pcm(2, 8, 0), SoundMeasure::Spectrum), 0);
+    WaveFormat flat = pcm(2, 8);
+    flat.blockAlignment = 0;
+    EXPECT_EQ(time(flat, SoundMeasure::Levels), 0);
+
+    EXPECT_EQ(matchedDelay(4000, 128, 10), 3u);
+    EXPECT_EQ(matchedDelay(4000, 128, 1), 31u);
+    EXPECT_EQ(matchedDelay(4000, 32760, 10), 1u);
+    EXPECT_EQ(matchedDelay(0, 1, 1), 1u);
+}
+
+// The same bands the plain way: a copy of the sound as pairs of words for each band, filtered in place, then measured.
+class PlainBand {
+public:
+    PlainBand(const WaveFormat& format, const Bytes& samples, double centre, double width)
+        : values_(copyOf(format, samples)) {
+        const double c = 1 / std::tan(std::numbers::pi * width / format.samplesPerSecond);
+        const double d = 2 * std::cos(2 * std::numbers::pi * centre / format.samplesPerSecond);
+        const double a0 = 1 / (1 + c), a1 = 0, a2 = -a0, b1 = -c * d * a0, b2 = (c - 1) * a0;
+        double x1[2]{}, x2[2]{}, y1[2]{}, y2[2]{};
+        for (std::size_t i = 0; i < std::min(samples.size() / 2, values_.size()); ++i) {
+            const std::size_t k = i % 2;
+            const double x = values_[i] * (1 / 32767.0);
+            const double y = a0 * x + a1 * x1[k] + a2 * x2[k] - b1 * y1[k] - b2 * y2[k];
+            x2[k] = x1[k], x1[k] = x, y2[k] = y1[k], y1[k] = y;
+            values_[i] = stored(y * 32767);
+        }
+    }
+
+    std::int32_t peak(std::size_t firstPair, std::size_t pairs, std::size_t channel) const {
+        std::int32_t peak = 0;
+        for (std::size_t i = firstPair; i < firstPair + pairs && 2 * i + channel < values_.size(); ++i)
+            peak = std::max(peak, std::abs(int{values_[2 * i + channel]}) / 256);
+        return peak;
+    }
+
+private:
+    static std::int16_t stored(double value) {
+        const bool fits = std::abs(value) < 2147483648.0; // not a number does not
+        return static_cast<std::int16_t>(fits ? static_cast<std::int32_t>(value) : kSilent);
+    }
+
+    static std::vector<std::int16_t> copyOf(const WaveFormat& format, const Bytes& samples) {
+        std::vector<std::int16_t> mono;
+        if (format.bitsPerSample == 8)
+            for (const std::uint8_t value : samples)
+                mono.push_back(static_cast<std::int16_t>((value - 127) * 256));
+        else
+            for (std::size_t i = 0; i + 1 < samples.size(); i += 2)
+                mono.push_back(static_cast<std::int16_t>(samples[i] | samples[i + 1] << 8));
+        if (format.channels == 2) {
+            if (format.bitsPerSample == 8)
+                mono.resize(mono.size() / 2 * 2);
+            return mono;
+        }
+        std::vector<std::int16_t> both;
+        for (const std::int16_t value : mono)
+            both.insert(both.end(), 2, value);
+        return both;
+    }
+
+    std::vector<std::int16_t> values_;
+};
+
+void expectPlainBands(const WaveFormat& format, const Bytes& samples, std::uint32_t frames) {
+    const auto analysis = analyseSound(format, samples, frames, SoundMeasure::Spectrum, SoundScale::Raw);
+    ASSERT_TRUE(analysis);
+    const double centres[] = {31, 62, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
+    const double widths[] = {31, 49, 94, 180, 375, 750, 750, 750, 1500, 1500};
+    const std::size_t slice = samples.size() / 4 / (frames + 1);
+    for (std::size_t b = 0; b < 10; ++b) {
+        const PlainBand plain(format, samples, centres[b], widths[b]);
+        Numbers left, right, mono;
+        for (std::size_t i = 0; i <= frames; ++i) {
+            left.push_back(plain.peak(4 + i * slice, slice, 0));
+            right.push_back(plain.peak(4 + i * slice, slice, 1));
+            mono.push_back((left.back() + right.back()) / 2);
+        }
+        EXPECT_EQ(analysis->bands[b].left, left) << b;
+        EXPECT_EQ(analysis->bands[b].right, right) << b;
+        EXPECT_EQ(analysis->bands[b].mono, mono) << b;
+    }
+}
+
+// Samples of a wave that gives -1 to 1 for each number of a sample, counted through both channels.
+Bytes samplesOf(const WaveFormat& format, std::size_t bytes, const std::function<double(std::size_t)>& wave) {
+    std::vector<int> values;
+    for (std::size_t i = 0; i < bytes; ++i)
+        values.push_back(static_cast<int>(std::lround(wave(i) * (format.bitsPerSample == 8 ? 127 : 32767))));
+    if (format.bitsPerSample == 16) {
+        Bytes samples = words(values);
+        samples.resize(bytes);
+        return samples;
+    }
+    Bytes samples;
+    for (const int value : values)
+        samples.push_back(static_cast<std::uint8_t>(value + 127));
+    return samples;
+}
+
+std::function<double(std::size_t)> sine(double cyclesPerPair, double size) {
+    return [=](std::size_t i) {
+        return size * std::sin(2 * std::numbers::pi * cyclesPerPair * static_cast<double>(i / 2));
+    };
+}
+
+TEST(SoundSpectrum, EqualsFiltersRunOneAfterTheOther) {
+    std::mt19937 random(7);
+    const auto noise = [&](std::size_t) { return static_cast<double>(random() % 65535) / 32767 - 1; };
+    const auto square = [](std::size_t i) {
+        return i / 700 % 2 == 0 ? 1.0 : -1.0;
+    }; // its bands are too loud for 16 bits
+    const auto burst = [&](std::size_t i) { return i < 300 ? noise(i) : 0.0; };
+    const std::function<double(std::size_t)> waves[] = {noise, square, burst, sine(0.01, 1), sine(0, 0)};
+    for (const auto& wave : waves)
+        for (const WaveFormat& format : {pcm(2, 16), pcm(1, 16), pcm(2, 8), pcm(1, 8)})
+            for (const std::size_t bytes : {9000u, 9001u, 9002u, 9003u})
+                expectPlainBands(format, samplesOf(format, bytes, wave), 6);
+    // Down to rates at which a filter is unstable, or no number at all.
+    for (const std::uint32_t rate : {192000u, 22050u, 8000u, 3001u, 3000u, 1000u, 7u, 0u})
+        expectPlainBands(pcm(2, 16, rate), samplesOf(pcm(2, 16), 6000, noise), 4);
+    for (std::size_t bytes = 0; bytes < 50; ++bytes) // slices of none, one and two pairs
+        for (const WaveFormat& format : {pcm(2, 16), pcm(1, 16), pcm(2, 8), pcm(1, 8)})
+            expectPlainBands(format, samplesOf(format, bytes, noise), 3);
+    expectPlainBands(pcm(2, 16), samplesOf(pcm(2, 16), 20000, noise), 1);
+}
+
+// The peak in a band of the last of four slices of a sine at half of full scale, which is 64.
+int heard(std::size_t band, double hertz, double rate = 44100) {
+    const WaveFormat format = pcm(2, 16, static_cast<std::uint32_t>(rate));
+    const Bytes samples = samplesOf(format, 80000, sine(hertz / rate, 0.5));
+    return analyseSound(format, samples, 3, SoundMeasure::Spectrum, SoundScale::Raw)->bands[band].left[3];
+}
+
+TEST(SoundSpectrum, BandsHearTheirOwn) {
+    const double centres[] = {31, 62, 125, 250, 500, 1000, 2000, 4000, 8000, 16000};
+    for (std::size_t band = 0; band < 10; ++band) {
+        EXPECT_NEAR(heard(band, centres[band]), 63, 1) << band;
+        EXPECT_LT(heard(band, centres[band] / 4), 25) << band;
+        EXPECT_LT(heard(band, centres[(band + 5) % 10]), 10) << band;
+    }
+    // 3 dB down at the edges of the width, which lie around the centre geometrically while they are low.
+    for (const double hertz : {4000 * 0.91066, 4000 * 1.09782})
+        EXPECT_NEAR(heard(7, hertz), 45, 1) << hertz;
+    EXPECT_EQ(heard(4, 0), 0);
+}
+
+TEST(SoundSpectrum, NormalisesAllBandsTogether) {
+    const WaveFormat format = pcm(2, 16);
+    const auto loudLow = sine(500 / 44100.0, 0.5), quietHigh = sine(8000 / 44100.0, 0.25);
+    const Bytes samples =
+        samplesOf(format, 80000, [&](std::size_t i) { return i % 2 == 0 ? loudLow(i) + quietHigh(i) : 0.0; });
+    const auto raw = analyseSound(format, samples, 3, SoundMeasure::Spectrum, SoundScale::Raw);
+    const auto scaled = analyseSound(format, samples, 3, SoundMeasure::Spectrum, SoundScale::Normalised);
+    EXPECT_EQ(scaled->bands[4].left[2], 255);
+    EXPECT_NEAR(scaled->bands[8].left[2], 31 * (255.0 / 64 + 0.5), 9);
+    EXPECT_EQ(scaled->bands[8].right, Numbers(4, kSilent));
+    EXPECT_EQ(scaled->bands[4].mono, raw->bands[4].mono);
+    EXPECT_TRUE(scaled->levels.left.empty());
+}
+
+} // namespace
+} // namespace veldran
