@@ -35,6 +35,9 @@ void paint(std::uint8_t* pixels, int width, int height, double angle) {
         }
 }
 
+// At least so many, for a clock that may tick sixty times a second.
+constexpr double kCopiedBytes = 4e8;
+
 double medianSeconds(const std::function<void()>& run) {
     std::vector<double> seconds;
     for (int i = 0; i < kRuns; ++i) {
@@ -68,16 +71,15 @@ void printTable(const std::string& title, std::span<const Stage> stages) {
         const double seconds = medianSeconds(stage.run);
         std::vector<char> from(static_cast<std::size_t>(stage.bytes), 1);
         std::vector<char> to(from.size());
-        // Many copies, for a clock that ticks sixty times a second.
-        constexpr int kCopies = 20;
+        const int copies = std::max(20, static_cast<int>(kCopiedBytes / stage.bytes));
         const double copying = medianSeconds([&] {
-            for (int i = 0; i < kCopies; ++i) {
+            for (int i = 0; i < copies; ++i) {
                 from[static_cast<std::size_t>(i) % from.size()] ^= 1;
                 std::memcpy(to.data(), from.data(), from.size());
             }
         });
         std::printf("%-36s %12.2f %12.3f %12.1f\n", stage.name.c_str(), seconds * 1e9 / stage.pixels,
-                    seconds * 1e3 / stage.frames, copying > 0 ? seconds * kCopies / copying : 0.0);
+                    seconds * 1e3 / stage.frames, copying > 0 ? seconds * copies / copying : 0.0);
     }
     std::printf("\n");
 }

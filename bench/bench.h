@@ -45,6 +45,9 @@ double processorSeconds();
 void benchColours();
 void benchPixels();
 void benchSound();
+#ifdef _WIN32
+void benchInstruments();
+#endif
 
 #ifdef VELDRAN_BENCH_PNG
 // quantize FRAMES_DIR OUT_DIR [--colours N] [--dither]. Returns the exit code.

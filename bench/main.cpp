@@ -7,6 +7,12 @@
 
 int main(int argumentCount, char** argumentValues) try {
     const std::span<char*> arguments(argumentValues + 1, static_cast<std::size_t>(argumentCount - 1));
+#ifdef _WIN32
+    if (arguments.size() == 1 && std::string_view(arguments[0]) == "instruments") {
+        veldran::bench::benchInstruments();
+        return 0;
+    }
+#endif
     if (arguments.empty()) {
         veldran::bench::benchColours();
         veldran::bench::benchPixels();
@@ -18,6 +24,7 @@ int main(int argumentCount, char** argumentValues) try {
         return veldran::bench::quantize(arguments.subspan(1));
 #endif
     std::fprintf(stderr, "bench                                                     all tables\n"
+                         "bench instruments                                         the last table, on Windows\n"
                          "bench quantize FRAMES_DIR OUT_DIR [--colours N] [--dither]   natively, where libpng is\n");
     return 2;
 } catch (const std::exception& error) {

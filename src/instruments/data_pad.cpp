@@ -167,10 +167,9 @@ void drawText(const ImageView& picture, const DataPadScene& scene, int frame) {
     const DataPadParameters& p = scene.parameters;
     for (const PageGlyph& glyph : pageGlyphs(p.lines, frame, pageRows(p.simpleCase))) {
         const CanvasRect& source = glyph.source;
-        const int width = source.right - source.left;
-        const int height = source.bottom - source.top;
-        const ImageView cell = partOf(picture, glyph.target.x, glyph.target.y, width, height);
-        layImage(cell, partOf(scene.type.view(), source.left, source.top, width, height), 0, 0);
+        const CanvasRect target = rectAt(glyph.target, source.right - source.left, source.bottom - source.top);
+        const ImageView cell = cropped(picture, target.left, target.top, target.right, target.bottom);
+        layImage(cell, cropped(scene.type.view(), source.left, source.top, source.right, source.bottom), 0, 0);
         if (p.shadow)
             layShadow(cell, scene.shadow, p.shadowOffset - glyph.target.x, p.shadowOffset - glyph.target.y,
                       scene.shadowFactors);

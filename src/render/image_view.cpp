@@ -65,16 +65,4 @@ std::optional<ImageView> viewPackedBitmap(std::span<std::uint8_t> block) {
                      view->colourTable};
 }
 
-ConstImageView cropped(const ConstImageView& image, int left, int top, int right, int bottom) {
-    const int firstX = std::max(left, 0);
-    const int firstY = std::max(top, 0);
-    ConstImageView part = image;
-    part.width = std::min(right, image.width) - firstX;
-    part.height = std::min(bottom, image.height) - firstY;
-    if (part.width <= 0 || part.height <= 0)
-        return {};
-    part.top = image.pixel(firstX, firstY);
-    return part;
-}
-
 } // namespace veldran

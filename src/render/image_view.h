@@ -42,7 +42,18 @@ using ConstImageView = BasicImageView<const std::uint8_t>;
 
 // What the rectangle (right and bottom outside) has in common with the image; without rows when that is nothing. Not
 // for 1 bit.
-ConstImageView cropped(const ConstImageView& image, int left, int top, int right, int bottom);
+template <class Byte>
+BasicImageView<Byte> cropped(const BasicImageView<Byte>& image, int left, int top, int right, int bottom) {
+    const int firstX = std::max(left, 0);
+    const int firstY = std::max(top, 0);
+    BasicImageView<Byte> part = image;
+    part.width = std::min(right, image.width) - firstX;
+    part.height = std::min(bottom, image.height) - firstY;
+    if (part.width <= 0 || part.height <= 0)
+        return {};
+    part.top = image.pixel(firstX, firstY);
+    return part;
+}
 
 // The header of a packed bitmap, followed by the colour table (2 or 256 entries of four bytes, for 1 and 8 bits) and
 // the rows, bottom-up, each padded to four bytes. Little-endian, as Windows' BITMAPINFOHEADER.

@@ -10,12 +10,6 @@
 
 namespace veldran {
 
-// The part of an image from (left, top) on; the caller sees to it that it lies within the image.
-template <class Byte>
-BasicImageView<Byte> partOf(const BasicImageView<Byte>& image, int left, int top, int width, int height) {
-    return {image.pixel(left, top), width, height, image.stride, image.bits, image.colourTable};
-}
-
 // Copies `upper` to `picture`; both have 24 bits.
 void layImage(const ImageView& picture, const ConstImageView& upper, int left, int top);
 
