@@ -26,7 +26,7 @@ namespace veldran {
 namespace {
 
 constexpr std::array<EffectRow, kEffectCount> kEffects = {{
-    {"Alien Overflight", "MainPlasma", kAlienOverflightFirstControl, 407, 5, EffectState::Planned,
+    {"Alien Overflight", "MainPlasma", kAlienOverflightFirstControl, 407, 5, EffectState::Ready,
      kAlienOverflightParameters},
     {"Altimeter", "MainAltimeter", kAltimeterFirstControl, 541, 3, EffectState::Ready, kAltimeterParameters},
     {"Audio Spectrum", "MainSpectrum", kSpectrumFirstControl, 441, 6, EffectState::Planned, kSpectrumParameters},
@@ -34,7 +34,7 @@ constexpr std::array<EffectRow, kEffectCount> kEffects = {{
      EffectState::Planned, kVuAnalogRectangularParameters},
     {"Analog VU Meter (round)", "MainVUAnalogRound", kVuAnalogRoundFirstControl, 199, 3, EffectState::Planned,
      kVuAnalogRoundParameters},
-    {"Bar Graph", "MainBarGraph", kBarGraphFirstControl, 570, 7, EffectState::Planned, kBarGraphParameters},
+    {"Bar Graph", "MainBarGraph", kBarGraphFirstControl, 570, 7, EffectState::Ready, kBarGraphParameters},
     {"Bubble Chamber", "MainBubble", kBubbleChamberFirstControl, 374, 8, EffectState::Ready, kBubbleChamberParameters},
     {"Countdown *", "MainCountdown", kCountdownFirstControl, 220, 6, EffectState::Ready, kCountdownParameters},
     {"Digital VU Meter (horizontal)", "MainVUDigHorz", kVuDigitalHorizontalFirstControl, 167, 6, EffectState::Planned,
@@ -42,11 +42,10 @@ constexpr std::array<EffectRow, kEffectCount> kEffects = {{
     {"Digital VU Meter (vertical)", "MainVUDigVert", kVuDigitalVerticalFirstControl, 133, 6, EffectState::Planned,
      kVuDigitalVerticalParameters},
     {"Extraterrestrial Data Pad", "MainDatapad", kDataPadFirstControl, 524, 3, EffectState::Ready, kDataPadParameters},
-    {"Jacob's Ladder *", "MainLadder", kJacobsLadderFirstControl, 489, 6, EffectState::Planned,
-     kJacobsLadderParameters},
+    {"Jacob's Ladder *", "MainLadder", kJacobsLadderFirstControl, 489, 6, EffectState::Ready, kJacobsLadderParameters},
     {"Lissajous Figure", "MainLissajous", kLissajousFirstControl, 266, 7, EffectState::Ready, kLissajousParameters},
     {"Magic Eye *", "MainMagicEye", kMagicEyeFirstControl, 237, 3, EffectState::Planned, kMagicEyeParameters},
-    {"Plasma Arc *", "MainArclight", kPlasmaArcFirstControl, 469, 6, EffectState::Planned, kPlasmaArcParameters},
+    {"Plasma Arc *", "MainArclight", kPlasmaArcFirstControl, 469, 6, EffectState::Ready, kPlasmaArcParameters},
     {"Radar", "MainRadar", kRadarFirstControl, 350, 3, EffectState::Ready, kRadarParameters},
     {"Tachometer", "MainTach", kTachometerFirstControl, 384, 3, EffectState::Ready, kTachometerParameters},
     {"Sound Map", "MainSonic", kSoundMapFirstControl, 296, 6, EffectState::Planned, kSoundMapParameters},

@@ -1,13 +1,17 @@
 // Joins the instruments' names and panels with the entries that draw them.
 #include "instruments/effect_registry.h"
 
+#include "instruments/alien_overflight.h"
 #include "instruments/altimeter.h"
+#include "instruments/bar_graph.h"
 #include "instruments/bubble_chamber.h"
 #include "instruments/countdown.h"
 #include "instruments/data_pad.h"
 #include "instruments/effect_list.h"
 #include "instruments/frame_loop.h"
+#include "instruments/jacobs_ladder.h"
 #include "instruments/lissajous.h"
+#include "instruments/plasma_arc.h"
 #include "instruments/radar.h"
 #include "instruments/stopwatch.h"
 #include "instruments/tachometer.h"
@@ -36,11 +40,15 @@ constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
+    drawable<openAlienOverflight>("Alien Overflight", alienOverflightBackground),
     drawable<openAltimeter>("Altimeter", altimeterBackground),
+    drawable<openBarGraph>("Bar Graph", barGraphBackground),
     drawable<openBubbleChamber>("Bubble Chamber", bubbleChamberBackground),
     drawable<openCountdown>("Countdown *", countdownBackground),
     drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),
+    drawable<openJacobsLadder>("Jacob's Ladder *", jacobsLadderBackground),
     drawable<openLissajous>("Lissajous Figure", lissajousBackground),
+    drawable<openPlasmaArc>("Plasma Arc *", plasmaArcBackground),
     drawable<openRadar>("Radar", radarBackground),
     drawable<openTachometer>("Tachometer", tachometerBackground),
     drawable<openStopwatch>("Stopwatch *", stopwatchBackground),

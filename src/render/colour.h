@@ -47,4 +47,11 @@ constexpr Colour mixColours(Colour under, Colour over, int weight) {
 // Each channel times `factor`, limited to 0 to 255 and truncated. Above 1 brightens, below 1 darkens.
 Colour scaleColour(Colour colour, double factor);
 
+// The colour under light or in shadow: tone 1 gives white, -1 black, 0 leaves it. Beyond counts as the nearest.
+Colour tonedColour(Colour colour, double tone);
+
+// A pale colour's hue in full: its grey part is taken out nearly whole, its brightest channel stretched to 255. Greys
+// become white, black stays.
+Colour vividColour(Colour colour);
+
 } // namespace veldran

@@ -53,6 +53,10 @@ void setColour(HWND dialog, int controlId, Colour colour) {
     InvalidateRect(swatch, nullptr, TRUE);
 }
 
+CurvePoints readCurve(HWND dialog, int controlId) {
+    return unpackCurve(static_cast<std::uint32_t>(GetWindowLongPtrA(GetDlgItem(dialog, controlId), GWLP_USERDATA)));
+}
+
 int readChoiceNumber(HWND dialog, int controlId) {
     const LRESULT chosen = SendDlgItemMessageA(dialog, controlId, CB_GETCURSEL, 0, 0);
     if (chosen == CB_ERR)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "render/colour.h"
+#include "settings/curve_points.h"
 
 #include <span>
 #include <string>
@@ -27,6 +28,9 @@ bool isCheckedAndEnabled(HWND dialog, int controlId);
 // The colour of a swatch.
 Colour readColour(HWND dialog, int controlId);
 void setColour(HWND dialog, int controlId, Colour colour);
+
+// The points of a curve.
+CurvePoints readCurve(HWND dialog, int controlId);
 
 // The chosen entry of a choice list as a signed integer; 0 when none is chosen.
 int readChoiceNumber(HWND dialog, int controlId);

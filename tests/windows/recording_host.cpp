@@ -127,7 +127,7 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
                                       std::intptr_t lParam) {
     Recording& recording = current->recording;
     Message message{command, wParam, lParam, {}};
-    if (command == kHostShowStatus || command == kHostAddComment)
+    if (command == kHostShowStatus || command == kHostAddComment || command == kHostLoadImage)
         message.text = reinterpret_cast<const char*>(lParam);
     recording.messages.push_back(message);
     const HostTaskInfo* expected = carriesTask(command) ? current->task : nullptr;
@@ -143,6 +143,9 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
     const bool refused = std::ranges::any_of(current->session->refusals, [&](const Refusal& refusal) {
         return refusal.command == command && refusal.time == time;
     });
+    if (command == kHostLoadImage && !refused)
+        return current->session->loadImage ? reinterpret_cast<std::intptr_t>(current->session->loadImage(message.text))
+                                           : 0;
     return refused ? 0 : 1;
 }
 

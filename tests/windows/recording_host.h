@@ -38,7 +38,7 @@ struct Message {
     std::uint32_t command;
     std::uintptr_t wParam;
     std::intptr_t lParam;
-    std::string text; // commands 3 and 10
+    std::string text; // commands 3, 8 and 10
 
     // The number and what goes with it: "10 Building", "13 6 360", "15 e 255", "4 1"; all others the number alone.
     std::string describe() const;
@@ -78,7 +78,8 @@ struct Session {
     std::uint32_t version = 0x1000;
     std::uint32_t flags = kDelayInHundredths;
     std::vector<Refusal> refusals;
-    int invocations = 1; // calls of PLUGIN16DoBuild with the same loaded library
+    std::function<HGLOBAL(const std::string& path)> loadImage; // the answer to command 8; none: no file can be loaded
+    int invocations = 1;                                       // calls of PLUGIN16DoBuild with the same loaded library
 };
 
 struct Recording {

@@ -1,0 +1,210 @@
+// Arcs as lines, before anything is drawn: ends, bounds, seeds, periods, the ladder's climbs; and light on pixels.
+#include "instruments/jacobs_ladder_model.h"
+#include "instruments/plasma_arc_model.h"
+#include "raster.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace veldran {
+
+bool operator==(const LightPoint& a, const LightPoint& b) {
+    return a.x == b.x && a.y == b.y && a.width == b.width;
+}
+
+namespace {
+
+constexpr ArcCourse kLevel{{10, 50, 1}, {210, 50, 0.5}, 20, 0};
+constexpr PlasmaParameters kPlasma{108, 64, 6, 1, 16, 11259};
+constexpr LadderParameters kLadder{80, 200, 64, 6, 1, 16, 8162};
+
+std::vector<LightPoint> corners(const std::vector<Arc>& arcs) {
+    std::vector<LightPoint> all;
+    for (const Arc& arc : arcs)
+        all.insert(all.end(), arc.points.begin(), arc.points.end());
+    return all;
+}
+
+std::vector<LightPoint> plasma(const PlasmaParameters& p, int frame) {
+    return corners(
+        plasmaArcs(plasmaGeometry(p.size), p, LoopNoise(static_cast<std::uint32_t>(p.seed), p.frames), frame));
+}
+
+std::vector<Arc> ladder(const LadderParameters& p, int frame) {
+    return ladderArcs(ladderGeometry(p), p, LoopNoise(static_cast<std::uint32_t>(p.seed), p.frames), frame);
+}
+
+TEST(LoopNoise, RunsInACircleOfItsFrames) {
+    for (const int frames : {1, 8, 64, 32760}) {
+        const LoopNoise noise(7, frames);
+        for (const int frame : {0, 1, frames / 2, frames - 1})
+            for (const int hold : {1, 4, 9}) {
+                EXPECT_EQ(noise.smooth(3, frame, hold), noise.smooth(3, frame + frames, hold));
+                EXPECT_EQ(noise.smooth(3, frame, hold), noise.smooth(3, frame - frames, hold));
+                EXPECT_EQ(noise.held(3, frame, hold), noise.held(3, frame + frames, hold));
+                EXPECT_LE(std::abs(noise.smooth(3, frame, hold)), 1);
+            }
+    }
+}
+
+TEST(LoopNoise, FillsItsRangeEvenly) {
+    const LoopNoise noise(10632, 1000);
+    double squares = 0;
+    double together = 0; // with the stream beside it
+    for (int frame = 0; frame < 1000; ++frame) {
+        squares += noise.held(1, frame, 1) * noise.held(1, frame, 1);
+        together += noise.held(1, frame, 1) * noise.held(2, frame, 1);
+        EXPECT_LE(std::abs(noise.smooth(1, frame + 1, 10) - noise.smooth(1, frame, 10)), 0.3);
+    }
+    EXPECT_NEAR(squares / 1000, 1.0 / 3, 0.03); // three standard deviations of even chance
+    EXPECT_NEAR(together / 1000, 0, 0.035);
+}
+
+TEST(ArcLine, KeepsItsEndsAndItsBounds) {
+    for (std::uint32_t seed = 0; seed < 50; ++seed) {
+        const LoopNoise noise(seed, 40);
+        for (int frame = 0; frame < 40; frame += 7) {
+            const std::vector<LightPoint> line = arcLine(kLevel, noise, 3, frame);
+            ASSERT_GE(line.size(), 50u); // segments of 4 pixels and less
+            EXPECT_EQ(line.front(), kLevel.from);
+            EXPECT_EQ(line.back(), kLevel.to);
+            double farthest = 0;
+            for (const LightPoint& point : line)
+                farthest = std::max(farthest, std::abs(point.y - 50));
+            EXPECT_LT(farthest, 20);
+            EXPECT_GT(farthest, 0.5);
+        }
+    }
+    const std::vector<LightPoint> bowed = arcLine({kLevel.from, kLevel.to, 0, 30}, LoopNoise(1, 10), 0, 0);
+    EXPECT_NEAR(bowed[bowed.size() / 2].y, 20, 1e-9);
+}
+
+TEST(PlasmaArcs, RepeatBySeedAndPeriodAndStayInTheTube) {
+    EXPECT_EQ(plasma(kPlasma, 5), plasma(kPlasma, 5));
+    EXPECT_EQ(plasma(kPlasma, 5), plasma(kPlasma, 5 + 64));
+    PlasmaParameters other = kPlasma;
+    other.seed = 11260;
+    EXPECT_NE(plasma(kPlasma, 5), plasma(other, 5));
+    for (const int size : {48, 256})
+        for (const int frames : {8, 32760}) {
+            const PlasmaParameters wild{size, frames, 16, 8, 64, 1000};
+            const PlasmaGeometry g = plasmaGeometry(size);
+            for (int frame = 0; frame < 8; ++frame)
+                for (const LightPoint& point : plasma(wild, frame)) {
+                    EXPECT_GT(point.y, g.tube.top + g.glass);
+                    EXPECT_LT(point.y, g.tube.bottom - g.glass);
+                }
+        }
+}
+
+TEST(PlasmaArcs, EnergyAddsArcsAndComplexityForks) {
+    const auto lines = [](int energy, int complexity) {
+        const PlasmaParameters p{108, 64, energy, complexity, 16, 1000};
+        std::size_t count = 0;
+        for (int frame = 0; frame < p.frames; ++frame)
+            count += plasmaArcs(plasmaGeometry(p.size), p, LoopNoise(1, p.frames), frame).size();
+        return count;
+    };
+    EXPECT_GT(lines(8, 1), lines(4, 1) + 64);
+    EXPECT_GT(lines(4, 6), lines(4, 1) + 64);
+}
+
+TEST(LadderClimb, WholeClimbsFitAnyLength) {
+    const struct {
+        int frames;
+        int strikes;
+    } cases[] = {{8, 1}, {40, 1}, {64, 2}, {100, 3}, {3200, 100}};
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.frames);
+        int strikes = 0;
+        double longest = 0; // step upwards
+        for (int frame = 0; frame < row.frames; ++frame) {
+            const Climb now = climbAt(frame, row.frames);
+            const Climb next = climbAt((frame + 1) % row.frames, row.frames);
+            EXPECT_TRUE(now.height >= 0 && now.height <= 1 && now.strength >= 0 && now.strength <= 1);
+            strikes += next.height < now.height;
+            longest = std::max(longest, next.height - now.height);
+        }
+        EXPECT_EQ(strikes, row.strikes);
+        EXPECT_LT(longest, row.frames == 8 ? 0.3 : 0.08);
+        EXPECT_GT(climbAt(0, row.frames).strength, 0.99); // no loop begins in the dark
+    }
+}
+
+TEST(LadderArcs, StandOnTheRodsAndStayInTheFrame) {
+    for (const int disturbance : {1, 64})
+        for (const int depth : {100, 300}) {
+            LadderParameters p = kLadder;
+            p.disturbance = disturbance;
+            p.depthFactor = depth;
+            p.complexity = 8;
+            const LadderGeometry g = ladderGeometry(p);
+            EXPECT_EQ(g.height, p.size * depth / 100);
+            int dark = 0;
+            for (int frame = 0; frame < p.frames; ++frame) {
+                const std::vector<Arc> arcs = ladder(p, frame);
+                dark += arcs.empty();
+                if (arcs.empty())
+                    continue;
+                const LightPoint foot = arcs.front().points.front();
+                EXPECT_NEAR(g.width / 2.0 - foot.x, rodDistance(g, foot.y), g.rodRadius + 0.5);
+                for (const LightPoint& point : corners(arcs))
+                    EXPECT_GE(point.y, 0);
+            }
+            EXPECT_TRUE(dark >= 1 && dark <= 4) << dark;
+        }
+    EXPECT_EQ(corners(ladder(kLadder, 3)), corners(ladder(kLadder, 3 + 64)));
+}
+
+constexpr Colour kBlue = 0xC80000; // 200 of blue
+const LightProfile kPlain({1.5, kBlue, 1}, {1, 0, 0}, {1, 0, 0});
+
+int blueAt(const Raster& picture, int x, int y) {
+    return *picture.view.pixel(x, y);
+}
+
+TEST(LightLayer, LinesAddUpAndJointsAreNoBrighter) {
+    Raster picture(40, 20, 24);
+    for (int y = 0; y < 20; ++y)
+        picture.setRow(y, Bytes(120, 30));
+    LightLayer light(40, 20);
+    const std::vector<LightPoint> bent{{5, 10.5}, {20, 10.5}, {20, 10.5}, {35, 10.5}};
+    light.addLine(bent, kPlain, 0.5);
+    light.shineOn(picture.view, {0, 0, 30, 20}, 100);
+    for (const int x : {6, 19, 20, 29})
+        EXPECT_NEAR(blueAt(picture, x, 10), 130, 1) << x;
+    EXPECT_EQ(blueAt(picture, 30, 10), 30); // beyond the area
+    EXPECT_EQ(blueAt(picture, 15, 13), 30); // beyond the line's radius
+    EXPECT_EQ(picture.view.pixel(15, 10)[2], 30);
+    light.shineOn(picture.view, {0, 0, 30, 20}, 40);
+    EXPECT_NEAR(blueAt(picture, 15, 10), 170, 1);
+    light.addLine(bent, kPlain, 2);
+    light.shineOn(picture.view, {-5, -5, 99, 99}, 100);
+    EXPECT_EQ(blueAt(picture, 15, 10), 255); // and no further
+    EXPECT_TRUE(picture.paddingIsWhole());
+}
+
+TEST(LightLayer, LinesThinAndLeaveThePicture) {
+    Raster picture(60, 21, 24);
+    for (int y = 0; y < 21; ++y)
+        picture.setRow(y, Bytes(180, 0));
+    LightLayer light(60, 21);
+    const LightProfile wide({0, 0, 0}, {8, kBlue, 1}, {1, 0, 0});
+    light.addLine(std::vector<LightPoint>{{-100, 10.5, 1}, {10, 10.5, 1}, {50, 10.5, 0.1}}, wide, 1);
+    light.addLine(std::vector<LightPoint>{{-50, -50}, {-90, 4000}}, wide, 1);
+    light.shineOn(picture.view, {0, 0, 60, 21}, 100);
+    EXPECT_TRUE(blueAt(picture, 5, 16) > 0 && blueAt(picture, 30, 16) == 0);
+    EXPECT_TRUE(blueAt(picture, 30, 13) > 0 && blueAt(picture, 47, 13) == 0);
+    EXPECT_TRUE(blueAt(picture, 47, 10) > 0 && blueAt(picture, 59, 10) == 0);
+    EXPECT_NEAR(blueAt(picture, 2, 6), blueAt(picture, 2, 14), 1); // the same to both sides
+}
+
+TEST(Colours, TonesAndHues) {
+    EXPECT_TRUE(tonedColour(0x204060, 0) == 0x204060 && tonedColour(0x204060, 7) == 0xFFFFFF);
+    EXPECT_TRUE(vividColour(0xFFFFFF) == 0xFFFFFF && vividColour(0) == 0);
+    EXPECT_EQ(vividColour(0xFDEAEA), 0xFF7F7Fu); // 92 % of the grey 234 taken out of (234, 234, 253)
+}
+
+} // namespace
+} // namespace veldran
