@@ -79,6 +79,7 @@ public:
     GlobalBlock render(int index) override { return renderAt(parameters_.altitudes[static_cast<std::size_t>(index)]); }
     GlobalBlock renderMask() override { return cutOutAlpha(mask_.view(), geometry_); }
     GlobalBlock renderStill() override { return renderAt(parameters_.stillAltitude); }
+    bool insistsOnAlpha() const override { return true; }
     const void* artwork() const override { return &face_.view(); }
 
 private:

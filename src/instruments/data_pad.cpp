@@ -251,6 +251,7 @@ public:
     GlobalBlock render(int index) override { return renderFrame(scene_, index); }
     GlobalBlock renderMask() override { return renderOutline(scene_); }
     GlobalBlock renderStill() override { return renderFrame(scene_, 0); }
+    bool insistsOnAlpha() const override { return true; }
     const void* artwork() const override { return &scene_.casing; }
 
 private:

@@ -78,7 +78,7 @@ GlobalBlock FrameSequence::renderFinished(int index) {
     if (!mask_)
         return {};
     GlobalBlock merged = mergeAlpha(image.get(), mask_.get());
-    return merged ? std::move(merged) : std::move(image);
+    return merged || insistsOnAlpha() ? std::move(merged) : std::move(image);
 }
 
 int runPreview(BuildContext& context, OpenSequence open) {

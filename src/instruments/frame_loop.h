@@ -38,8 +38,10 @@ public:
     // The artwork in use, if there is one, for BuildContext.
     virtual const void* artwork() const { return nullptr; }
 
-    // Frame `index` as the host receives it: merged with the mask when alpha is wanted. A frame whose merging fails is
-    // delivered without.
+    // Whether a frame that cannot be merged with the mask is none; else it is delivered without alpha.
+    virtual bool insistsOnAlpha() const { return false; }
+
+    // Frame `index` as the host receives it: merged with the mask when alpha is wanted.
     GlobalBlock renderFinished(int index);
 
 protected:
