@@ -313,14 +313,16 @@ TEST(Build, RefusalsOfTheHostAreReportedAndLeaveNothingBehind) {
     }
 }
 
-TEST(Build, AnInstrumentThatCannotBeDrawnFailsAndTheNextBuildWorks) {
+TEST(Build, AnInstrumentWithoutItsFileFailsAndTheNextBuildWorks) {
     const Step radar = [](HWND dialog) { setChoice(dialog, kEffect, kRadar); };
-    const Recording seen = run(session(choose("MainEffect = 0"), {pressing(kBuild), radar, pressing(kBuild)}));
+    const Recording seen = run(session(choose("MainEffect = 10\r\nMainDatapadTextFile = C:\\no such file"),
+                                       {pressing(kBuild), radar, pressing(kBuild)}));
     EXPECT_EQ(seen.boxes, Texts{"Memory error"});
     EXPECT_EQ(seen.frames.size(), 6u);
     const Texts messages = seen.describe();
-    ASSERT_GT(messages.size(), 5u);
-    EXPECT_EQ(Texts(messages.begin(), messages.begin() + 5), (Texts{"18", "13 0 0", "10 Building", "13 0 0", "18"}));
+    ASSERT_GT(messages.size(), 6u);
+    EXPECT_EQ(Texts(messages.begin(), messages.begin() + 6),
+              (Texts{"18", "13 0 0", "10 Building", "10 Building", "13 0 0", "18"}));
 }
 
 } // namespace

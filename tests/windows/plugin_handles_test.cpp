@@ -74,7 +74,7 @@ TEST(Handles, StandStillOverBuilds) {
         {"alpha", "MainAlphaTrans = 1\n", kBuild, {}},
         {"no document", "MainSupercompress = 1\n", kBuild, {kHostCreateTask, 1}},
         {"frame refused", "MainSupercompress = 1\n", kBuild, {kHostAddImage, 3}},
-        {"not drawable", "MainEffect = 0\n", kBuild, {}},
+        {"without its file", "MainEffect = 10\nMainDatapadTextFile = C:\\no such file\n", kBuild, {}},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);
