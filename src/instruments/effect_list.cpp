@@ -48,8 +48,8 @@ constexpr std::array<EffectRow, kEffectCount> kEffects = {{
     {"Plasma Arc *", "MainArclight", kPlasmaArcFirstControl, 469, 6, EffectState::Ready, kPlasmaArcParameters},
     {"Radar", "MainRadar", kRadarFirstControl, 350, 3, EffectState::Ready, kRadarParameters},
     {"Tachometer", "MainTach", kTachometerFirstControl, 384, 3, EffectState::Ready, kTachometerParameters},
-    {"Sound Map", "MainSonic", kSoundMapFirstControl, 296, 6, EffectState::Planned, kSoundMapParameters},
-    {"Sound Scan", "MainVoice", kSoundScanFirstControl, 328, 7, EffectState::Planned, kSoundScanParameters},
+    {"Sound Map", "MainSonic", kSoundMapFirstControl, 296, 6, EffectState::Ready, kSoundMapParameters},
+    {"Sound Scan", "MainVoice", kSoundScanFirstControl, 328, 7, EffectState::Ready, kSoundScanParameters},
     {"Stopwatch *", "MainStopwatch", kStopwatchFirstControl, 503, 3, EffectState::Ready, kStopwatchParameters},
 }};
 

@@ -13,6 +13,8 @@
 #include "instruments/lissajous.h"
 #include "instruments/plasma_arc.h"
 #include "instruments/radar.h"
+#include "instruments/sound_map.h"
+#include "instruments/sound_scan.h"
 #include "instruments/stopwatch.h"
 #include "instruments/tachometer.h"
 #include "settings/parameter_reader.h"
@@ -51,6 +53,8 @@ constexpr Entries kDrawable[] = {
     drawable<openPlasmaArc>("Plasma Arc *", plasmaArcBackground),
     drawable<openRadar>("Radar", radarBackground),
     drawable<openTachometer>("Tachometer", tachometerBackground),
+    drawable<openSoundMap>("Sound Map", soundMapBackground),
+    drawable<openSoundScan>("Sound Scan", soundScanBackground),
     drawable<openStopwatch>("Stopwatch *", stopwatchBackground),
 };
 

@@ -28,6 +28,8 @@ bool appendFrame(BuildContext& context, GlobalBlock image, std::uint32_t delay) 
 }
 
 bool appendFrames(BuildContext& context, FrameSequence& sequence) {
+    if (sequence.frames() == 0)
+        return false;
     for (int i = 0; i < sequence.frames(); ++i) {
         GlobalBlock image = sequence.renderFinished(i);
         if (!image || !appendFrame(context, std::move(image), sequence.delay(i)))
@@ -79,6 +81,11 @@ GlobalBlock FrameSequence::renderFinished(int index) {
         return {};
     GlobalBlock merged = mergeAlpha(image.get(), mask_.get());
     return merged || insistsOnAlpha() ? std::move(merged) : std::move(image);
+}
+
+std::unique_ptr<FrameSequence> openFrames(OpenSequence open, HWND dialog, HostParams* host) {
+    std::unique_ptr<FrameSequence> sequence = open != nullptr ? open(dialog, host) : nullptr;
+    return sequence != nullptr && sequence->frames() > 0 ? std::move(sequence) : nullptr;
 }
 
 int runPreview(BuildContext& context, OpenSequence open) {

@@ -20,6 +20,7 @@ public:
     FrameSequence& operator=(const FrameSequence&) = delete;
     virtual ~FrameSequence() = default;
 
+    // 0 when a file could not be read that all frames but the representative one need.
     virtual int frames() const = 0;
     // How long frame `index` is shown, in the host's unit: what "Delay:" says.
     virtual std::uint32_t delay(int) const { return delay_; }
@@ -57,6 +58,9 @@ private:
 // Opens the animation with what the dialog's controls say; null when artwork or a file is missing. `host` tells the
 // unit of delays and may be null. May throw std::bad_alloc.
 using OpenSequence = std::unique_ptr<FrameSequence> (*)(HWND dialog, HostParams* host);
+
+// The same for those who want the frames: null as well when there are none.
+std::unique_ptr<FrameSequence> openFrames(OpenSequence open, HWND dialog, HostParams* host);
 
 // The bodies of the entries: 1 when the still picture stands in the context, or all frames in its list.
 int runPreview(BuildContext& context, OpenSequence open);

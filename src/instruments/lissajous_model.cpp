@@ -8,7 +8,6 @@ namespace veldran {
 namespace {
 
 constexpr double kFullTurn = 360.0;
-constexpr int kGlowMargin = 2; // so that even a glow of 1 is seen once the frame is halved
 
 // 0 is what a list without a selection reads as. More than a full turn per frame leaves one frame.
 int effectiveIncrement(int increment) {
@@ -16,22 +15,6 @@ int effectiveIncrement(int increment) {
 }
 
 } // namespace
-
-LissajousGeometry lissajousGeometry(const LissajousParameters& p) {
-    LissajousGeometry geometry{};
-    geometry.bezelWidth = p.useBezel ? 2 * p.bezelSize : 0;
-    geometry.offset = geometry.bezelWidth + 2 * p.pad;
-    geometry.side = 2 * (p.size + geometry.offset);
-    geometry.penWidth = 2 * p.traceSize;
-    geometry.glowRadius = p.glow > 0 ? p.glow + kGlowMargin : 0;
-    geometry.outputSide = geometry.side / 2;
-    return geometry;
-}
-
-CanvasRect lissajousGrid(const LissajousParameters& p, int frameWidth, int frameHeight) {
-    const int inset = p.pad / 2 + (p.useBezel ? p.bezelSize : 0);
-    return {inset, inset, frameWidth - inset, frameHeight - inset};
-}
 
 int lissajousFrameCount(int increment) {
     return 360 / std::abs(effectiveIncrement(increment));
@@ -42,9 +25,9 @@ LissajousPhases lissajousPhases(const LissajousParameters& p, int frame) {
     return p.varyY ? LissajousPhases{0, turned} : LissajousPhases{turned, 0};
 }
 
-std::vector<CanvasPoint> lissajousCurve(const LissajousParameters& p, LissajousPhases phases) {
+std::vector<CanvasPoint> lissajousCurve(const LissajousParameters& p, LissajousPhases phases, int offset) {
     const int radius = std::max(p.size, 1); // the steps divide by it
-    const int centre = radius + lissajousGeometry(p).offset;
+    const int centre = radius + offset;
     const double total = p.horizontal * kFullTurn;
     const double stepX = p.horizontal * kFullTurn / (2 * radius);
     const double stepY = p.vertical * kFullTurn / (2 * radius);

@@ -70,6 +70,11 @@ int readChoiceNumber(HWND dialog, int controlId) {
     return std::atoi(text.c_str());
 }
 
+int readChoicePosition(HWND dialog, int controlId) {
+    const LRESULT chosen = SendDlgItemMessageA(dialog, controlId, CB_GETCURSEL, 0, 0);
+    return chosen == CB_ERR ? 0 : static_cast<int>(chosen);
+}
+
 std::vector<std::string> readLines(HWND dialog, int controlId) {
     std::vector<std::string> lines;
     const LRESULT count = SendDlgItemMessageA(dialog, controlId, LB_GETCOUNT, 0, 0);

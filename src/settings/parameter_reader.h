@@ -35,6 +35,9 @@ CurvePoints readCurve(HWND dialog, int controlId);
 // The chosen entry of a choice list as a signed integer; 0 when none is chosen.
 int readChoiceNumber(HWND dialog, int controlId);
 
+// The position of the chosen entry of a choice list; 0 when none is chosen.
+int readChoicePosition(HWND dialog, int controlId);
+
 // The lines of a list box in order; lines that cannot be read are left out.
 std::vector<std::string> readLines(HWND dialog, int controlId);
 

@@ -116,9 +116,7 @@ void Preview::explain(const EffectDescriptor& descriptor, const std::string& mis
 
 void Preview::summarize(HWND dialog, HostParams* host, int effect) {
     summary_.clear();
-    const EffectDescriptor& descriptor = effectDescriptor(effect);
-    const std::unique_ptr<FrameSequence> sequence =
-        descriptor.open != nullptr ? descriptor.open(dialog, host) : nullptr;
+    const std::unique_ptr<FrameSequence> sequence = openFrames(effectDescriptor(effect).open, dialog, host);
     const LockedImage image(image_.get());
     if (sequence == nullptr || !image)
         return;
@@ -134,8 +132,7 @@ void Preview::summarize(HWND dialog, HostParams* host, int effect) {
 
 bool Preview::play(HWND dialog, HostParams* host, int effect) {
     stop();
-    const EffectDescriptor& descriptor = effectDescriptor(effect);
-    sequence_ = descriptor.open != nullptr ? descriptor.open(dialog, host) : nullptr;
+    sequence_ = openFrames(effectDescriptor(effect).open, dialog, host);
     frame_ = 0;
     if (sequence_ == nullptr || !showFrame(dialog)) {
         stop();

@@ -1,0 +1,113 @@
+// Waves of sounds and the light of a beam that draws them. Samples are small enough to be worked out by hand.
+#include "instruments/scope_wave.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace veldran {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Values = std::vector<float>;
+
+WaveFormat pcm(std::uint16_t channels, std::uint16_t bits) {
+    return {kPcmTag, channels, 8000, 8000, 1, bits};
+}
+
+Bytes words(const std::vector<int>& values) {
+    Bytes bytes;
+    for (const int value : values) {
+        bytes.push_back(static_cast<std::uint8_t>(value));
+        bytes.push_back(static_cast<std::uint8_t>(value >> 8));
+    }
+    return bytes;
+}
+
+TEST(WaveValues, ChannelsScalesAndKindsOfSamples) {
+    const Bytes stereo = words({16384, -8192, -4096, 0, 0, 4096});
+    const Bytes bytes = {127, 255, 63, 0};
+    const struct {
+        const char* what;
+        WaveFormat format;
+        const Bytes& samples;
+        SoundChannels channels;
+        SoundScale scale;
+        int display;
+        Values values;
+    } cases[] = {
+        {"left", pcm(2, 16), stereo, SoundChannels::Left, SoundScale::Raw, 0, {0.5f, -0.125f, 0}},
+        {"right", pcm(2, 16), stereo, SoundChannels::Right, SoundScale::Raw, 0, {-0.25f, 0, 0.125f}},
+        {"first of two", pcm(2, 16), stereo, SoundChannels::Stereo, SoundScale::Raw, 0, {0.5f, -0.125f, 0}},
+        {"second of two", pcm(2, 16), stereo, SoundChannels::Stereo, SoundScale::Normalised, 1, {-1, 0, 0.5f}},
+        {"mono", pcm(2, 16), stereo, SoundChannels::Mono, SoundScale::Raw, 0, {0.125f, -0.0625f, 0.0625f}},
+        {"the largest byte is no valley", pcm(1, 8), bytes, SoundChannels::Left, SoundScale::Raw, 0, {0, 1, -0.5f}},
+        {"six channels", pcm(6, 16), stereo, SoundChannels::Left, SoundScale::Raw, 0, {0, 0, 0}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(WaveValues(c.format, c.samples, c.channels, c.scale).read(c.display, 0, 3, 9), c.values) << c.what;
+
+    const Bytes quiet(40, 128); // bytes that are silent for every program but this one
+    EXPECT_LT(WaveValues(pcm(1, 8), quiet, SoundChannels::Left, SoundScale::Normalised).read(0, 0, 1, 2)[0], 0.01f);
+}
+
+TEST(WaveValues, LongStretchesKeepTheirPeaks) {
+    std::vector<int> samples(3000);
+    samples[700] = 32767;
+    samples[701] = -32768;
+    samples[2999] = -16384;
+    const Bytes bytes = words(samples);
+    const WaveValues wave(pcm(1, 16), bytes, SoundChannels::Left, SoundScale::Raw);
+    ASSERT_EQ(wave.size(), 3000u);
+    const Values values = wave.read(0, 0, 3000, 21); // ten groups of 300
+    ASSERT_EQ(values.size(), 20u);
+    EXPECT_GT(values[4], 0.99f); // in the order in which they come
+    EXPECT_EQ(values[5], -1);
+    EXPECT_EQ(values[19], -0.5f);
+    EXPECT_EQ(std::ranges::count(values, 0.0f), 17);
+    EXPECT_EQ(wave.read(0, 2999, 3, 9), (Values{-0.5f, 0, 0})); // silence beyond the end
+    EXPECT_TRUE(wave.read(0, 0, 0, 9).empty());
+}
+
+// A picture of 24 bits, all of one colour.
+struct Screen {
+    Screen(int width, int height, std::uint8_t level)
+        : bytes(static_cast<std::size_t>(3 * width * height), level), view{bytes.data(), width, height, 3 * width, 24} {
+    }
+    int green(int x, int y) const { return view.pixel(x, y)[1]; }
+
+    Bytes bytes;
+    ImageView view;
+};
+
+TEST(BeamLight, IsWeakerWhereTheBeamIsQuick) {
+    BeamLight light(60, 100);
+    // Level for 20 columns, then ever steeper.
+    light.write(std::vector<BeamPoint>{{5, 90}, {15, 90}, {25, 90}, {35, 70}, {45, 10}}, 10);
+    light.widen();
+    Screen screen(80, 120, 0);
+    Bytes columns(60, 255);
+    std::fill_n(columns.begin(), 9, std::uint8_t{0});
+    light.show(screen.view, 10, 20, 0, 0x00C000, columns);
+    const int level = screen.green(30, 110);
+    const int steep = screen.green(40, 100);
+    const int steeper = screen.green(50, 60);
+    EXPECT_TRUE(level > steep + 10 && steep > steeper + 10 && steeper > 40) << level << steep << steeper;
+    EXPECT_GT(screen.view.pixel(30, 110)[0], 0); // a white core where it is slow
+    EXPECT_EQ(screen.view.pixel(50, 60)[0], 0);
+    for (int y = 0; y < 120; ++y)
+        EXPECT_EQ(screen.green(18, y) + screen.green(70, y), 0) << y; // weight 0, and where nothing was written
+}
+
+TEST(BeamLight, DarkTracesAreNeverWhiteAndBordersHold) {
+    BeamLight light(20, 20);
+    light.write(std::vector<BeamPoint>{{-30, 10}, {50, 10}, {50, -999}, {10, 1e4f}, {19, 19}}, 500);
+    light.widen();
+    Screen screen(12, 12, 200);
+    light.show(screen.view, -4, -4, 0xC8C8C8, 0x101010, Bytes(20, 255));
+    EXPECT_LE(*std::ranges::max_element(screen.bytes), 200);
+    EXPECT_LT(screen.green(6, 6), 30);
+}
+
+} // namespace
+} // namespace veldran
