@@ -3,6 +3,12 @@
 
 # identity, bits per pixel, width x height, SVG file in src/resources/artwork
 set(VELDRAN_ARTWORK
+  "7202 24 512x512 vu-rectangular.svg"
+  "7203 24 512x400 vu-rectangular-lit.svg"
+  "7204  8 512x400 vu-rectangular-window.svg"
+  "7205 24 576x576 vu-round.svg"
+  "7206 24 576x576 vu-round-lit.svg"
+  "7207 24 576x576 vu-round-window.svg"
   "7208  8 1774x267 countdown-large.svg"
   "7209  8 887x133 countdown-small.svg"
   "7210  8 526x526 radar-graticule.svg"

@@ -11,6 +11,7 @@
 #include "instruments/frame_loop.h"
 #include "instruments/jacobs_ladder.h"
 #include "instruments/lissajous.h"
+#include "instruments/needle_meter.h"
 #include "instruments/plasma_arc.h"
 #include "instruments/radar.h"
 #include "instruments/sound_map.h"
@@ -45,6 +46,8 @@ constexpr Entries kDrawable[] = {
     drawable<openAlienOverflight>("Alien Overflight", alienOverflightBackground),
     drawable<openAltimeter>("Altimeter", altimeterBackground),
     drawable<openBarGraph>("Bar Graph", barGraphBackground),
+    drawable<openRectangularVuMeter>("Analog VU Meter (rectangular)", rectangularVuMeterBackground),
+    drawable<openRoundVuMeter>("Analog VU Meter (round)", roundVuMeterBackground),
     drawable<openBubbleChamber>("Bubble Chamber", bubbleChamberBackground),
     drawable<openCountdown>("Countdown *", countdownBackground),
     drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),

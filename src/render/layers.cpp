@@ -11,6 +11,18 @@ void layImage(const ImageView& picture, const ConstImageView& upper, int left, i
     });
 }
 
+void keepInWindow(const ImageView& picture, const ConstImageView& under, const ConstImageView& window) {
+    forSharedRows(picture, under, 0, 0, [&, y = 0](const std::uint8_t* plain, std::uint8_t* out, int pixels) mutable {
+        if (y >= window.height)
+            return;
+        const std::uint8_t* weight = window.row(y++);
+        for (int x = 0; x < std::min(pixels, window.width); ++x, weight += window.bytesPerPixel())
+            if (const int seen = *colourBytes(window, weight); seen < 255)
+                for (int c = 3 * x; c < 3 * x + 3; ++c)
+                    out[c] = static_cast<std::uint8_t>(divideBy255(out[c] * seen + plain[c] * (255 - seen)));
+    });
+}
+
 void layIndices(const ImageView& picture, const ConstImageView& upper, int left, int top, const IndexColours& colours) {
     forSharedRows(picture, upper, left, top, [&colours](const std::uint8_t* index, std::uint8_t* pixel, int pixels) {
         for (const std::uint8_t* end = index + pixels; index < end; ++index, pixel += 3) {

@@ -13,6 +13,11 @@ namespace veldran {
 // Copies `upper` to `picture`; both have 24 bits.
 void layImage(const ImageView& picture, const ConstImageView& upper, int left, int top);
 
+// Takes `picture` back to `under` where `window` hides it: the low byte of each pixel of `window` (8 bits through its
+// colour table, 24 or 32) is the weight of the picture, 255 keeps it. `picture` and `under` have 24 bits and the same
+// place; `window` lies at their top left.
+void keepInWindow(const ImageView& picture, const ConstImageView& under, const ConstImageView& window);
+
 // What an index looks like: a colour, or kNoColour where the picture shows through.
 using IndexColours = std::array<Colour, 256>;
 

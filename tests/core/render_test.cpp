@@ -322,6 +322,26 @@ TEST(Layers, BeyondThePictureIsDropped) {
     }
 }
 
+TEST(Layers, WindowsKeepWhatIsSeen) {
+    Raster picture(4, 3, 24, RowOrder::BottomUp);
+    Raster under(4, 3, 24, RowOrder::BottomUp);
+    Raster window(3, 2, 24, RowOrder::BottomUp);
+    const int weights[] = {0, 128, 255};
+    for (int y = 0; y < 3; ++y) {
+        std::ranges::fill_n(picture.view.row(y), 12, std::uint8_t{200});
+        std::ranges::fill_n(under.view.row(y), 12, std::uint8_t{100});
+        for (int x = 0; x < 3 && y < 2; ++x)
+            std::ranges::fill_n(window.view.pixel(x, y), 3, static_cast<std::uint8_t>(weights[x]));
+    }
+    keepInWindow(picture.view, under.view, window.view);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 4; ++x)
+            for (int c = 0; c < 3; ++c) {
+                const int expected = y == 2 || x == 3 ? 200 : std::array{100, 150, 200}[static_cast<std::size_t>(x)];
+                EXPECT_EQ(picture.view.pixel(x, y)[c], expected) << x << ' ' << y;
+            }
+}
+
 TEST(Blend, AlphaIsTheLowByteOfTheOtherImage) {
     for (const int colourBits : {8, 24, 32})
         for (const int alphaBits : {8, 24, 32})
