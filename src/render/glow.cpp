@@ -43,12 +43,20 @@ BoxWindows windowsFor(int radius, int cell) {
     return cell == 1 ? exactWindows(radius) : cellWindows(radius, cell);
 }
 
+// The same rows in the order of memory, in which they are read faster; light spreads alike both ways.
+ImageView inMemoryOrder(const ImageView& image) {
+    if (image.stride >= 0)
+        return image;
+    return {image.row(image.height - 1), image.width, image.height, -image.stride, image.bits, image.colourTable};
+}
+
 // Replaces 16 bytes at a time by combine(original, blurred); makeCombine(scale) gives what takes words that count in
 // 1 / scale, 64 to 128.
 template <class MakeCombine>
-void blurAndCombine(const ImageView& image, int radius, MakeCombine makeCombine) {
+void blurAndCombine(const ImageView& given, int radius, MakeCombine makeCombine) {
     if (radius <= 0)
         return;
+    const ImageView image = inMemoryOrder(given);
     const int reach = std::min(radius, kLargestBlurRadius);
     const Cells across(image.width, cellSize(image.width, reach));
     const Cells down(image.height, cellSize(image.height, reach));

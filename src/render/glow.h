@@ -11,7 +11,7 @@ inline constexpr int kLargestBlurRadius = 381; // pixels; what is above counts a
 // pixels; 0 and less leave the image alone. Weights are close to a Gaussian whose standard deviation is a third of the
 // radius, a little more where that is small. Borders continue their last pixel, so a flat image stays as it is, byte
 // for byte; mirrored images give mirrored results. From seven pixels on (eleven where a side is odd) light is worked
-// out at a reduced size and differs by a few levels from what full size gives; the time falls up to twenty pixels and
+// out at a reduced size and differs by a few levels from what full size gives; the time falls up to eighteen pixels and
 // does not depend on the radius beyond. Both throw std::bad_alloc, and then have changed nothing.
 
 void blurImage(const ImageView& image, int radius);
