@@ -9,6 +9,7 @@ namespace veldran {
 namespace {
 
 constexpr float kLaneShare = 0.94f; // of its lane that a full wave takes
+constexpr float kPlainReach = 28;   // for which exposures are made; larger waves are written more quickly
 constexpr int kDemonstrationMoments = 1200;
 constexpr double kLoudest = 30000;
 
@@ -46,7 +47,7 @@ void writeWave(BeamLight& light, const WaveValues& wave, SoundChannels channels,
         path.reserve(values.size());
         for (std::size_t i = 0; i < values.size(); ++i)
             path.push_back({static_cast<float>(i) * step, lane.middle - values[i] * lane.reach});
-        light.write(path, step * exposure);
+        light.write(path, step * exposure * lane.reach / kPlainReach);
     }
 }
 

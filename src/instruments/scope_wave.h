@@ -17,7 +17,8 @@ WaveLane waveLane(int height, int display, int displays);
 // As many values as a column of the screen has room for; more would only take time.
 inline constexpr std::size_t kValuesPerColumn = 16;
 
-// Writes the moments from `first` on over the whole width, on all displays, a beam at rest with the light `exposure`.
+// Writes the moments from `first` on over the whole width, on all displays. A level line has the light `exposure` where
+// full scale is 28 pixels, and more where it is larger: a picture looks alike in all sizes.
 void writeWave(BeamLight& light, const WaveValues& wave, SoundChannels channels, std::size_t first, std::size_t count,
                float exposure);
 

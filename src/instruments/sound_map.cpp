@@ -62,7 +62,7 @@ private:
         const std::size_t first = momentOf(moments, part, parts);
         light_.clear();
         writeWave(light_, samples_.wave(), sound_.channels, first, momentOf(moments, part + 1, parts) - first,
-                  kExposure);
+                  kExposure / static_cast<float>(unit_));
         if (unit_ > 1)
             light_.widen();
         return face_.render([&](const ScopedCanvas& screen) {

@@ -65,7 +65,8 @@ public:
         : FrameSequence(dialog), parameters_(parameters), face_(dialog, kScopeControls, parameters.screen),
           sound_(readSoundFrames(dialog, kSoundControls, framesToCross(parameters), SoundMeasure::Levels)),
           samples_(sound_), light_(unit() * parameters.screen.width, unit() * parameters.screen.height) {
-        writeWave(light_, samples_.wave(), sound_.channels, 0, samples_.wave().size(), kExposure);
+        writeWave(light_, samples_.wave(), sound_.channels, 0, samples_.wave().size(),
+                  kExposure / static_cast<float>(unit()));
         if (unit() > 1)
             light_.widen();
     }
@@ -115,7 +116,7 @@ private:
             const WaveLane lane = waveLane(light_.height(), display, displays);
             const float y = lane.middle - (value.empty() ? 0 : value.front()) * lane.reach;
             drawBeamSpot(picture, {static_cast<float>(offset + head), static_cast<float>(offset) + y},
-                         kSpotRadius * static_cast<float>(unit()), face_.trace());
+                         kSpotRadius * static_cast<float>(unit()), face_.screen(), face_.trace());
         }
     }
 

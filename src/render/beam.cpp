@@ -23,18 +23,23 @@ constexpr int sumOf(Colour colour) {
     return redOf(colour) + greenOf(colour) + blueOf(colour);
 }
 
+// What the beam's colour turns to where it is brightest. White is no light on a screen that is brighter than the trace.
+constexpr Colour coreOf(Colour screen, Colour trace) {
+    return sumOf(trace) >= sumOf(screen) ? kWhite : trace;
+}
+
 int weightOf(double share) {
     return static_cast<int>(std::clamp(share, 0.0, 1.0) * 255 + 0.5);
 }
 
 Shades shadesOf(Colour screen, Colour trace) {
-    const bool glows = sumOf(trace) >= sumOf(screen);
+    const Colour core = coreOf(screen, trace);
     Shades shades;
     for (std::size_t i = 0; i < kShades; ++i) {
         const double brightness = static_cast<double>(i) * kBrightest / (kShades - 1);
         const int cover = weightOf((1 - std::exp(-kDensity * brightness)) / (1 - std::exp(-kDensity * kBrightest)));
-        const double hot = glows ? (brightness - kHotFrom) * kHotPerUnit : 0;
-        shades[i] = mixColours(mixColours(screen, trace, cover), kWhite, weightOf(hot));
+        const int hot = weightOf((brightness - kHotFrom) * kHotPerUnit);
+        shades[i] = mixColours(mixColours(screen, trace, cover), core, hot);
     }
     return shades;
 }
@@ -128,7 +133,8 @@ void BeamLight::show(const ImageView& picture, int left, int top, Colour screen,
     }
 }
 
-void drawBeamSpot(const ImageView& picture, BeamPoint at, float radius, Colour colour) {
+void drawBeamSpot(const ImageView& picture, BeamPoint at, float radius, Colour screen, Colour trace) {
+    const Colour core = coreOf(screen, trace);
     const float reach = 3 * radius;
     const auto first = [&](float middle) { return std::max(0, static_cast<int>(std::ceil(middle - reach))); };
     const auto last = [&](float middle, int end) {
@@ -139,8 +145,8 @@ void drawBeamSpot(const ImageView& picture, BeamPoint at, float radius, Colour c
             const double distance = std::hypot(static_cast<float>(x) - at.x, static_cast<float>(y) - at.y) / radius;
             const double fall = std::max(0.0, 1 - distance / 3);
             std::uint8_t* pixel = picture.pixel(x, y);
-            const Colour lit = mixColours(colourOf(pixel), colour, weightOf(fall * fall));
-            setPixel(pixel, mixColours(lit, kWhite, weightOf(1.6 - distance)));
+            const Colour lit = mixColours(colourOf(pixel), trace, weightOf(fall * fall));
+            setPixel(pixel, mixColours(lit, core, weightOf(1.6 - distance)));
         }
 }
 

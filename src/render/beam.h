@@ -47,7 +47,8 @@ private:
     std::vector<float> light_; // row by row
 };
 
-// A spot where the beam stands: white within, `colour` around it, nothing beyond three times `radius` (pixels).
-void drawBeamSpot(const ImageView& picture, BeamPoint at, float radius, Colour colour);
+// A spot where the beam stands: white within, `trace` around it, nothing beyond three times `radius` (pixels). All of
+// it has the trace's colour where that is darker than the screen.
+void drawBeamSpot(const ImageView& picture, BeamPoint at, float radius, Colour screen, Colour trace);
 
 } // namespace veldran
