@@ -110,8 +110,10 @@ void Preview::explain(const EffectDescriptor& descriptor, const std::string& mis
         message_ = "This instrument cannot be drawn yet.";
     else
         message_ = "The preview cannot be drawn.";
-    if (image_)
-        summary_ = message_.substr(0, message_.find('\n'));
+    if (image_) {
+        summary_ = message_;
+        std::ranges::replace(summary_, '\n', ' '); // the line below a picture is one
+    }
 }
 
 void Preview::summarize(HWND dialog, HostParams* host, int effect) {

@@ -230,7 +230,9 @@ TEST_F(MainDialog, AMissingFileIsNamedInThePreview) {
             DeleteObject(bitmap);
             DeleteDC(dc);
             ReleaseDC(preview, screen);
-            return pixels;
+            char below[512] = ""; // where a meter says it, whose picture needs no file
+            GetDlgItemTextA(dialog, kControlSummary, below, sizeof below);
+            return pixels + below;
         };
         char program[MAX_PATH] = ""; // a file that is surely there
         GetModuleFileNameA(nullptr, program, MAX_PATH);
