@@ -10,6 +10,7 @@
 #include "instruments/effect_list.h"
 #include "instruments/frame_loop.h"
 #include "instruments/jacobs_ladder.h"
+#include "instruments/led_meter.h"
 #include "instruments/lissajous.h"
 #include "instruments/needle_meter.h"
 #include "instruments/plasma_arc.h"
@@ -43,6 +44,9 @@ constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int
 
 // The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
 constexpr Entries kDrawable[] = {
+    drawable<openSpectrum>("Audio Spectrum", spectrumBackground),
+    drawable<openHorizontalVuMeter>("Digital VU Meter (horizontal)", horizontalVuMeterBackground),
+    drawable<openVerticalVuMeter>("Digital VU Meter (vertical)", verticalVuMeterBackground),
     drawable<openAlienOverflight>("Alien Overflight", alienOverflightBackground),
     drawable<openAltimeter>("Altimeter", altimeterBackground),
     drawable<openBarGraph>("Bar Graph", barGraphBackground),

@@ -55,9 +55,14 @@ void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour) {
 }
 
 // Antialiased whatever the system's font smoothing: coloured fringes would cost palette entries.
+Font pictureFont(const char* name, bool bold, int height, int escapement) {
+    return Font(CreateFontA(height, 0, escapement, escapement, bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
+                            DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                            DEFAULT_PITCH, name));
+}
+
 Font boldArial(int height, int escapement) {
-    return Font(CreateFontA(height, 0, escapement, escapement, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                            OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY, DEFAULT_PITCH, "Arial"));
+    return pictureFont("Arial", true, height, escapement);
 }
 
 } // namespace veldran

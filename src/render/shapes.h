@@ -24,8 +24,9 @@ void drawPolyline(HDC dc, std::span<const POINT> corners, int width, Colour colo
 // The outline alone; its right and bottom side lie on the last pixels inside.
 void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour);
 
-// The font of texts in pictures, `height` pixels from the top of its cells to their bottom. `escapement` tilts its
+// A font for texts in pictures, `height` pixels from the top of its cells to their bottom. `escapement` tilts its
 // lines: tenths of a degree, counter-clockwise.
+Font pictureFont(const char* name, bool bold, int height, int escapement);
 Font boldArial(int height, int escapement);
 
 } // namespace veldran

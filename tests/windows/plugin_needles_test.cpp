@@ -2,6 +2,7 @@
 // levels, which channel is where, lamps, sizes, outlines and delays. The sound is written into a temporary file.
 #include "object_count.h"
 #include "recording_host.h"
+#include "sound_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -46,16 +47,7 @@ std::string soundBytes() {
             samples += static_cast<char>(127 + kLevels[i] / 2);
             samples += static_cast<char>(127 + kLevels[kFrames - 1 - i] / 2);
         }
-    const auto little = [](std::uint32_t value, int bytes) {
-        std::string text;
-        for (int i = 0; i < bytes; ++i)
-            text += static_cast<char>(value >> 8 * i & 255);
-        return text;
-    };
-    const std::string body = "WAVEfmt " + little(16, 4) + little(1, 2) + little(2, 2) + little(1000, 4) +
-                             little(2000, 4) + little(2, 2) + little(8, 2) + "data" +
-                             little(static_cast<std::uint32_t>(samples.size()), 4) + samples;
-    return "RIFF" + little(static_cast<std::uint32_t>(body.size()), 4) + body;
+    return stereoSound(1000, 8, samples);
 }
 
 // `settings` are "Key = value" without the instrument's part of the key, or whole ones that begin with a star.

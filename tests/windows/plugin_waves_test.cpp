@@ -1,6 +1,7 @@
 // Pictures of the sound map and the sound scan, measured in true-colour frames of sounds that the test writes: where
 // the wave lies, how many frames there are and how long they last, what a missing sound does.
 #include "recording_host.h"
+#include "sound_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -18,19 +19,15 @@ protected:
 
     // A stereo sound of 1000 pairs a second; both channels keep their level for each of the parts, `pairs` long.
     void write(const std::vector<std::pair<int, int>>& parts, int pairs) {
-        std::vector<std::int16_t> samples;
+        std::string samples;
         for (const auto& [left, right] : parts)
-            for (int i = 0; i < pairs; ++i) {
-                samples.push_back(static_cast<std::int16_t>(left));
-                samples.push_back(static_cast<std::int16_t>(right));
-            }
-        const auto bytes = static_cast<std::uint32_t>(2 * samples.size());
-        const std::uint32_t header[] = {0x46464952, bytes + 36, 0x45564157, 0x20746D66, 16,   0x00020001,
-                                        1000,       4000,       0x00100004, 0x61746164, bytes};
+            for (int i = 0; i < pairs; ++i)
+                for (const int level : {left, right})
+                    samples += {static_cast<char>(level & 255), static_cast<char>(level >> 8 & 255)};
+        const std::string bytes = stereoSound(1000, 16, samples);
         std::FILE* file = std::fopen(path_.c_str(), "wb");
         ASSERT_NE(file, nullptr);
-        std::fwrite(header, 1, sizeof header, file);
-        std::fwrite(samples.data(), 1, bytes, file);
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
         std::fclose(file);
     }
 

@@ -1,0 +1,161 @@
+// LEDs against the levels they stand for: how many are lit, in which colour; light beside lit ones; scales and the
+// places of everything on a meter.
+#include "instruments/led_meter_model.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace veldran {
+namespace {
+
+constexpr Colour kGreen = 0x00C000;
+constexpr Colour kYellow = 0x00C0C0;
+constexpr Colour kRed = 0x0000C0;
+constexpr LedLook kLook = {kGreen, kYellow, kRed, 0x101010, LedShape::Plain, 160, 220, 50, true, false};
+
+struct Drawn {
+    LedStripGeometry geometry;
+    std::vector<std::uint8_t> bytes;
+    ImageView view;
+
+    Drawn(const LedStripGeometry& g, const LedLook& look, int lit, int fading)
+        : geometry(g), bytes(bitmapStride(g.width(), 24) * static_cast<std::size_t>(g.height())),
+          view{bytes.data(), g.width(), g.height(), static_cast<std::ptrdiff_t>(bitmapStride(g.width(), 24)),
+               24,           nullptr} {
+        LedStrip(g, look).draw(view, {0, 0}, lit, fading);
+    }
+
+    // In the middle across.
+    Colour at(int along) const {
+        const bool up = geometry.direction == LedDirection::Up;
+        const std::uint8_t* pixel =
+            up ? view.pixel(geometry.across / 2, geometry.along() - 1 - along) : view.pixel(along, geometry.across / 2);
+        return makeColour(pixel[2], pixel[1], pixel[0]);
+    }
+    Colour middleOf(int led) const {
+        return at(geometry.edge + led * (geometry.ledAlong + geometry.gap) + geometry.ledAlong / 2);
+    }
+};
+
+constexpr LedStripGeometry kUp = {LedDirection::Up, 44, 6, 14, 2, 4, 26, 2};
+constexpr LedStripGeometry kRight = {LedDirection::Right, 20, 8, 18, 4, 6, 26, 2};
+
+TEST(Leds, LitPartIsTheLevelAndItsTopTellsTheRange) {
+    for (const int leds : {8, 44, 128})
+        for (int level = 0; level < 256; ++level)
+            EXPECT_LE(std::abs(litLeds(level, leds) - level * leds / 255.0), 0.5) << leds << ' ' << level;
+    for (const LedStripGeometry& geometry : {kUp, kRight}) {
+        const Drawn full(geometry, kLook, geometry.leds, 0);
+        int before = 0;
+        for (int level = 1; level < 256; ++level) {
+            const int lit = litLeds(level, geometry.leds);
+            if (lit == before)
+                continue;
+            before = lit;
+            const Colour top = full.middleOf(lit - 1);
+            EXPECT_EQ(redOf(top) > 150, level >= 160) << level;
+            EXPECT_EQ(greenOf(top) > 150, level < 220) << level;
+        }
+        EXPECT_EQ(before, geometry.leds);
+    }
+}
+
+TEST(Leds, EveryStateLooksDifferent) {
+    for (const LedShape shape : {LedShape::Plain, LedShape::Round, LedShape::Tube})
+        for (const bool showDark : {true, false}) {
+            LedLook look = kLook;
+            look.shape = shape;
+            look.showDark = showDark;
+            look.incandescent = true;
+            for (const LedStripGeometry& geometry : {kUp, kRight}) {
+                const Drawn drawn(geometry, look, 5, 8);
+                EXPECT_GT(greenOf(drawn.middleOf(4)), 190);
+                EXPECT_LT(greenOf(drawn.middleOf(7)), greenOf(drawn.middleOf(4)));
+                EXPECT_GT(greenOf(drawn.middleOf(7)), greenOf(drawn.middleOf(8)));
+                EXPECT_NEAR(greenOf(drawn.middleOf(8)), showDark ? 96 : 16, 4);
+                // Light falls on the channel between lit ones alone.
+                const int gap = geometry.edge + geometry.ledAlong + geometry.gap / 2;
+                EXPECT_GT(greenOf(drawn.at(gap)), 40);
+                EXPECT_EQ(drawn.at(gap + 10 * (geometry.ledAlong + geometry.gap)), 0x101010u);
+            }
+        }
+    LedLook tube = kLook;
+    tube.shape = LedShape::Tube; // shines on the next one
+    const Drawn drawn(kUp, tube, 5, 8);
+    EXPECT_NE(drawn.at(kUp.edge + 5 * 8), drawn.at(kUp.edge + 6 * 8));
+    EXPECT_EQ(drawn.middleOf(7), drawn.middleOf(8)); // goes out at once
+}
+
+TEST(Leds, ScaleIsDecibelsOfALinearLevel) {
+    for (const LedStripGeometry& geometry : {kUp, kRight})
+        for (const int text : {8, 22, 60}) {
+            const std::vector<ScaleMark> marks = scaleMarks(geometry, text);
+            for (const ScaleMark& mark : marks) {
+                const double share = (mark.along - geometry.edge) / double(geometry.along() - 2 * geometry.edge);
+                if (mark.tick > 0 && !mark.text.empty()) {
+                    EXPECT_NEAR(share, std::pow(10, -std::stoi(mark.text) / 20.0), 0.01);
+                }
+                for (const ScaleMark& other : marks) {
+                    const int least = mark.text.empty() || other.text.empty() ? 8 : text + 1;
+                    EXPECT_TRUE(&other == &mark || std::abs(other.along - mark.along) >= least);
+                }
+            }
+            EXPECT_EQ(marks.front().text, "0");
+            EXPECT_GE(marks.size(), 4u);
+        }
+}
+
+bool meet(const CanvasRect& a, const CanvasRect& b) {
+    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+// Every combination of kinds, scales, labels and borders, with texts wider and narrower than the wells.
+TEST(Leds, NothingOnAMeterMeets) {
+    for (int bits = 0; bits < 128; ++bits) {
+        const auto flag = [bits](int bit) { return (bits >> bit & 1) != 0; };
+        LedMeterShape s{};
+        s.direction = flag(0) ? LedDirection::Up : LedDirection::Right;
+        s.columns = flag(0) && flag(1) ? 10 : 1;
+        s.banks = flag(2) ? 2 : 1;
+        s.unit = 2;
+        s.leds = 20;
+        s.ledWidth = flag(3) ? 2 : 40;
+        s.ledDepth = flag(4) ? 2 : 60;
+        s.gapX = s.gapY = 2;
+        s.edgeX = s.edgeY = 4;
+        s.etch = flag(3) ? 6 : 0;
+        s.padding = flag(4) ? 0 : 8;
+        s.bankGap = 12;
+        if (flag(5))
+            s.scaleText = {22, 20};
+        if (flag(6)) {
+            s.bankText = {66, 20};
+            s.columnText = s.columns > 1 ? TextSize{30, 20} : TextSize{0, 0};
+        }
+        SCOPED_TRACE(bits);
+        const LedMeterLayout layout = ledMeterLayout(s);
+        std::vector<CanvasRect> boxes = layout.wells;
+        if (flag(5))
+            boxes.push_back(layout.scale);
+        if (flag(6))
+            boxes.insert(boxes.end(), layout.labels.begin(), layout.labels.end());
+        for (std::size_t i = 0; i < boxes.size(); ++i) {
+            EXPECT_TRUE(boxes[i].left >= s.padding && boxes[i].top >= s.padding &&
+                        boxes[i].right <= layout.width - s.padding && boxes[i].bottom <= layout.height - s.padding);
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_FALSE(meet(boxes[i], boxes[j])) << i << ' ' << j;
+        }
+        for (int bank = 0; bank < s.banks; ++bank) {
+            const CanvasRect& well = layout.wells[static_cast<std::size_t>(bank)];
+            const CanvasPoint last = columnOrigin(layout, s, bank, s.columns - 1);
+            EXPECT_EQ(last.x + layout.strip.width() + layout.firstColumn, well.right - s.etch);
+            EXPECT_EQ(last.y + layout.strip.height(), well.bottom - s.etch);
+            EXPECT_EQ((well.left | well.top | well.right | well.bottom | last.x) % 2, 0); // sharp once halved
+        }
+    }
+}
+
+} // namespace
+} // namespace veldran
