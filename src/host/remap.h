@@ -26,7 +26,7 @@ struct RemapPair {
 class Remapper {
 public:
     // So many frames are diffused at a time: while one waits for its palette entry the others compute.
-    static constexpr std::size_t kSideBySide = 4;
+    static constexpr std::size_t kSideBySide = 8;
 
     // The first `count` entries (1 to 256) of `palette` take part; a reserved slot stands behind them. Pixels of the
     // colour `apart`, which the caller maps himself, neither take errors nor pass them on. Throws std::bad_alloc.
@@ -46,6 +46,7 @@ private:
     struct ShownPixel;
 
     void remapNearest(const RemapPair& frame, const RemapPair* before);
+    std::size_t diffuseFirst(std::span<const RemapPair> frames, const RemapPair* before);
     template <std::size_t Lanes>
     void diffuse(const RemapPair* frames, const RemapPair* before);
     __m128i choose(std::span<LaneRow> rows, int x, int bytes, __m128i due, ShownPixel& shown);
