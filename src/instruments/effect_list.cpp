@@ -44,7 +44,7 @@ constexpr std::array<EffectRow, kEffectCount> kEffects = {{
     {"Extraterrestrial Data Pad", "MainDatapad", kDataPadFirstControl, 524, 3, EffectState::Ready, kDataPadParameters},
     {"Jacob's Ladder *", "MainLadder", kJacobsLadderFirstControl, 489, 6, EffectState::Ready, kJacobsLadderParameters},
     {"Lissajous Figure", "MainLissajous", kLissajousFirstControl, 266, 7, EffectState::Ready, kLissajousParameters},
-    {"Magic Eye *", "MainMagicEye", kMagicEyeFirstControl, 237, 3, EffectState::Planned, kMagicEyeParameters},
+    {"Magic Eye *", "MainMagicEye", kMagicEyeFirstControl, 237, 3, EffectState::Ready, kMagicEyeParameters},
     {"Plasma Arc *", "MainArclight", kPlasmaArcFirstControl, 469, 6, EffectState::Ready, kPlasmaArcParameters},
     {"Radar", "MainRadar", kRadarFirstControl, 350, 3, EffectState::Ready, kRadarParameters},
     {"Tachometer", "MainTach", kTachometerFirstControl, 384, 3, EffectState::Ready, kTachometerParameters},

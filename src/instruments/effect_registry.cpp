@@ -12,6 +12,7 @@
 #include "instruments/jacobs_ladder.h"
 #include "instruments/led_meter.h"
 #include "instruments/lissajous.h"
+#include "instruments/magic_eye.h"
 #include "instruments/needle_meter.h"
 #include "instruments/plasma_arc.h"
 #include "instruments/radar.h"
@@ -57,6 +58,7 @@ constexpr Entries kDrawable[] = {
     drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),
     drawable<openJacobsLadder>("Jacob's Ladder *", jacobsLadderBackground),
     drawable<openLissajous>("Lissajous Figure", lissajousBackground),
+    drawable<openMagicEye>("Magic Eye *", magicEyeBackground),
     drawable<openPlasmaArc>("Plasma Arc *", plasmaArcBackground),
     drawable<openRadar>("Radar", radarBackground),
     drawable<openTachometer>("Tachometer", tachometerBackground),

@@ -51,13 +51,10 @@ bool LedStrip::shines() const {
     return look_.incandescent || look_.shape == LedShape::Tube;
 }
 
-LedStrip::Picture LedStrip::paint(State state) const {
-    Picture picture;
+StoredPicture LedStrip::paint(State state) const {
     const int width = geometry_.width();
     const int height = geometry_.height();
-    const std::size_t stride = bitmapStride(width, 24);
-    picture.bytes.resize(stride * static_cast<std::size_t>(height));
-    picture.view = {picture.bytes.data(), width, height, static_cast<std::ptrdiff_t>(stride), 24, nullptr};
+    StoredPicture picture(width, height);
     paintBox(picture.view, shapeBox({0, 0, width, height}), 0, Edges::Hard,
              [&](double, double) { return Paint{look_.floor}; });
     if (shines() && state == State::Lit)
@@ -141,7 +138,8 @@ CanvasRect LedStrip::ledBox(int index) const {
     return rectAt({aside, geometry_.along() - from - geometry_.ledAlong}, geometry_.ledAcross, geometry_.ledAlong);
 }
 
-void LedStrip::copyCells(const ImageView& picture, CanvasPoint at, const Picture& from, int first, int end) const {
+void LedStrip::copyCells(const ImageView& picture, CanvasPoint at, const StoredPicture& from, int first,
+                         int end) const {
     const CanvasRect part = cells(first, end);
     layImage(picture, cropped(from.view, part.left, part.top, part.right, part.bottom), at.x + part.left,
              at.y + part.top);

@@ -4,10 +4,9 @@
 
 #include "instruments/artwork_geometry.h"
 #include "render/colour.h"
-#include "render/image_view.h"
+#include "render/stored_picture.h"
 
 #include <cstdint>
-#include <vector>
 
 namespace veldran {
 
@@ -60,13 +59,9 @@ public:
     void draw(const ImageView& picture, CanvasPoint at, int lit, int fading) const;
 
 private:
-    struct Picture {
-        std::vector<std::uint8_t> bytes;
-        ImageView view;
-    };
     enum class State : std::uint8_t { Dark, Lit, Fading, BesideLit };
 
-    Picture paint(State state) const;
+    StoredPicture paint(State state) const;
     void paintLed(const ImageView& picture, int index, State state) const;
     void paintHalo(const ImageView& picture, int index, int firstCell, int endCell) const;
     Colour colourOf(int index) const;
@@ -74,14 +69,14 @@ private:
     int cellStart(int index) const;
     CanvasRect cells(int first, int end) const;
     CanvasRect ledBox(int index) const;
-    void copyCells(const ImageView& picture, CanvasPoint at, const Picture& from, int first, int end) const;
+    void copyCells(const ImageView& picture, CanvasPoint at, const StoredPicture& from, int first, int end) const;
 
     LedStripGeometry geometry_;
     LedLook look_;
-    Picture dark_;
-    Picture lit_;
-    Picture fading_;    // where LEDs take time to go out
-    Picture besideLit_; // each LED dark, with the light of the one before it
+    StoredPicture dark_;
+    StoredPicture lit_;
+    StoredPicture fading_;    // where LEDs take time to go out
+    StoredPicture besideLit_; // each LED dark, with the light of the one before it
 };
 
 } // namespace veldran

@@ -3,6 +3,8 @@
 // and the inner outline, its light from the direction in which its slope faces.
 #include "render/bezel.h"
 
+#include "render/painted_shapes.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -58,12 +60,6 @@ Relation relationTo(const Outline& outline, const Vector& point) {
 // How much of a pixel lies within an outline that passes its centre at that distance.
 double coverage(double distance) {
     return std::clamp(0.5 - distance, 0.0, 1.0);
-}
-
-// 0 up to `from`, 1 beyond `to`, smooth between.
-double smoothStep(double from, double to, double value) {
-    const double t = std::clamp((value - from) / (to - from), 0.0, 1.0);
-    return t * t * (3 - 2 * t);
 }
 
 struct Frame {

@@ -28,6 +28,13 @@ struct Paint {
     double opacity = 1;
 };
 
+// 0 up to `from`, 1 beyond `to`, smooth between.
+template <class Number>
+Number smoothStep(Number from, Number to, Number value) {
+    const Number t = std::clamp((value - from) / (to - from), Number(0), Number(1));
+    return t * t * (3 - 2 * t);
+}
+
 // How far a place lies outside of a box with rounded corners; negative inside. A radius below 0 counts as 0.
 inline double distanceToBox(const ShapeBox& box, double radius, double x, double y) {
     const double corner = std::clamp(radius, 0.0, std::min(box.right - box.left, box.bottom - box.top) / 2);

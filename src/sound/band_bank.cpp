@@ -1,6 +1,5 @@
-// A filter waits for its own last output, so one alone leaves the processor idle for most of the time: several run side
-// by side, each with both channels in a register. Multiplications and sums stand in the order of the plain formula, so
-// that not a bit differs from filters that are run one after the other.
+// The filters run over a block at a time; their loop is band_lanes'. What is too loud for 16 bits is gone through
+// again.
 #include "sound/band_bank.h"
 
 #include <algorithm>
@@ -8,7 +7,6 @@
 #include <cstdlib>
 #include <emmintrin.h>
 #include <numbers>
-#include <utility>
 
 namespace veldran {
 namespace {
@@ -16,10 +14,7 @@ namespace {
 constexpr double kFullScale = 32767;
 constexpr double kLoudest = 32768; // what no longer fits 16 bits
 constexpr std::size_t kBlockPairs = BandBank::kBlockPairs;
-constexpr std::size_t kLanes = BandBank::kLanes;
-constexpr std::size_t kGroup = 5; // bands side by side; two took 1.6 times as long, one 3 times
-
-using Lanes = std::array<double, kLanes>;
+static_assert(kBandLanes == 2 * kBands.size());
 
 // Both channels as doubles of -1 to 1, the left one first.
 using Block = std::array<double, 2 * kBlockPairs>;
@@ -40,54 +35,6 @@ private:
     unsigned control_ = _mm_getcsr();
 };
 
-// Runs the filters of the lanes from `first` on and raises `loudest` to the size of their outputs.
-void runGroup(std::size_t first, const BandBank::Factors& factors, BandBank::State& state, const double* input,
-              std::size_t pairs, Lanes& loudest) {
-    const __m128d signBit = _mm_set1_pd(-0.0);
-    __m128d gain[kGroup], b1[kGroup], b2[kGroup], y1[kGroup], y2[kGroup], x1[kGroup], x2[kGroup], peak[kGroup];
-    for (std::size_t i = 0; i < kGroup; ++i) {
-        const std::size_t lane = first + 2 * i;
-        gain[i] = _mm_load_pd(&factors.gain[lane]);
-        b1[i] = _mm_load_pd(&factors.b1[lane]);
-        b2[i] = _mm_load_pd(&factors.b2[lane]);
-        y1[i] = _mm_load_pd(&state.y1[lane]);
-        y2[i] = _mm_load_pd(&state.y2[lane]);
-        x1[i] = _mm_load_pd(&state.x1[lane]);
-        x2[i] = _mm_load_pd(&state.x2[lane]);
-        peak[i] = _mm_load_pd(&loudest[lane]);
-    }
-    // The output takes the place of the one before the last, so that nothing has to be moved on.
-    const auto step = [&](std::size_t n, __m128d* newer, __m128d* older, __m128d* olderInput) {
-        const __m128d pair = _mm_load_pd(input + 2 * n);
-        for (std::size_t i = 0; i < kGroup; ++i) {
-            const __m128d x = _mm_mul_pd(gain[i], pair);
-            older[i] = _mm_sub_pd(_mm_sub_pd(_mm_sub_pd(x, olderInput[i]), _mm_mul_pd(b1[i], newer[i])),
-                                  _mm_mul_pd(b2[i], older[i]));
-            // The second operand stands where one of them is not a number.
-            peak[i] = _mm_max_pd(_mm_andnot_pd(signBit, older[i]), peak[i]);
-            olderInput[i] = x;
-        }
-    };
-    std::size_t n = 0;
-    for (; n + 2 <= pairs; n += 2) {
-        step(n, y1, y2, x2);
-        step(n + 1, y2, y1, x1);
-    }
-    if (n < pairs) {
-        step(n, y1, y2, x2);
-        std::swap(y1, y2);
-        std::swap(x1, x2);
-    }
-    for (std::size_t i = 0; i < kGroup; ++i) {
-        const std::size_t lane = first + 2 * i;
-        _mm_store_pd(&state.y1[lane], y1[i]);
-        _mm_store_pd(&state.y2[lane], y2[i]);
-        _mm_store_pd(&state.x1[lane], x1[i]);
-        _mm_store_pd(&state.x2[lane], x2[i]);
-        _mm_store_pd(&loudest[lane], peak[i]);
-    }
-}
-
 // The output as a file would keep it. The conversion gives -2^31 for what does not fit, whose lower half is 0.
 int storedSize(double output) {
     const int whole = _mm_cvttsd_si32(_mm_set_sd(output * kFullScale));
@@ -95,8 +42,8 @@ int storedSize(double output) {
 }
 
 // One lane again from where it stood, looking at each output.
-std::int32_t wrappedPeak(std::size_t lane, const BandBank::Factors& factors, const BandBank::State& before,
-                         const double* input, std::size_t pairs) {
+std::int32_t wrappedPeak(std::size_t lane, const BandFactors& factors, const BandState& before, const double* input,
+                         std::size_t pairs) {
     double y1 = before.y1[lane], y2 = before.y2[lane], x1 = before.x1[lane], x2 = before.x2[lane];
     int peak = 0;
     for (std::size_t n = 0; n < pairs; ++n) {
@@ -119,8 +66,8 @@ bool fits(double loudest) {
 
 } // namespace
 
-BandBank::BandBank(std::uint32_t samplesPerSecond) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+BandBank::BandBank(std::uint32_t samplesPerSecond) : run_(hasAvx() ? runBandLanesAvx : runBandLanesSse2) {
+    for (std::size_t lane = 0; lane < kBandLanes; ++lane) {
         const Band& band = kBands[lane / 2];
         const double c = 1 / std::tan(std::numbers::pi * band.width / samplesPerSecond);
         const double d = 2 * std::cos(2 * std::numbers::pi * band.centre / samplesPerSecond);
@@ -136,10 +83,9 @@ void BandBank::filterBlock(std::span<const StereoPair> pairs, BandPeaks& peaks) 
         input[2 * n] = pairs[n].left * (1 / kFullScale);
         input[2 * n + 1] = pairs[n].right * (1 / kFullScale);
     }
-    const State before = state_;
-    alignas(32) Lanes loudest{};
-    for (std::size_t first = 0; first < kLanes; first += 2 * kGroup)
-        runGroup(first, factors_, state_, input.data(), pairs.size(), loudest);
+    const BandState before = state_;
+    alignas(32) double loudest[kBandLanes] = {};
+    run_(factors_, state_, input.data(), pairs.size(), loudest);
     const auto peak = [&](std::size_t lane) {
         return fits(loudest[lane]) ? storedSize(loudest[lane])
                                    : wrappedPeak(lane, factors_, before, input.data(), pairs.size());

@@ -2,6 +2,7 @@
 // files.
 #pragma once
 
+#include "sound/band_lanes.h"
 #include "sound/channel_peaks.h"
 
 #include <array>
@@ -43,27 +44,12 @@ public:
     // Pairs that it works on at a time; stretches of as many, or multiples, go through quickest.
     static constexpr std::size_t kBlockPairs = 512;
 
-    static constexpr std::size_t kLanes = 2 * kBands.size(); // two channels a band, left first
-
-    // The factors of y = gain (x - x'') - b1 y' - b2 y'', where each stroke is a sample back.
-    struct Factors {
-        alignas(32) std::array<double, kLanes> gain;
-        alignas(32) std::array<double, kLanes> b1;
-        alignas(32) std::array<double, kLanes> b2;
-    };
-    // The two last outputs, and the two last inputs times the gain; the newest first.
-    struct State {
-        alignas(32) std::array<double, kLanes> y1{};
-        alignas(32) std::array<double, kLanes> y2{};
-        alignas(32) std::array<double, kLanes> x1{};
-        alignas(32) std::array<double, kLanes> x2{};
-    };
-
 private:
     void filterBlock(std::span<const StereoPair> pairs, BandPeaks& peaks);
 
-    Factors factors_;
-    State state_;
+    RunBandLanes run_;
+    BandFactors factors_;
+    BandState state_{};
 };
 
 } // namespace veldran

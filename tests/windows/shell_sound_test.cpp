@@ -6,11 +6,11 @@
 #include "object_count.h"
 #include "sound/sound_file.h"
 #include "sound/wave_player.h"
+#include "sound_bytes.h"
 #include "ui/path_control.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -19,34 +19,18 @@
 
 namespace {
 
+using namespace recording;
 using namespace veldran;
-
-std::string little(std::uint32_t value, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i)
-        text += static_cast<char>(value >> (8 * i));
-    return text;
-}
-
-// A chunk with its padding.
-std::string chunk(const std::string& name, const std::string& body) {
-    return name + little(static_cast<std::uint32_t>(body.size()), 4) + body + (body.size() % 2 != 0 ? "!" : "");
-}
-
-std::string riff(const std::string& chunks, const std::string& form = "WAVE") {
-    return chunk("RIFF", form + chunks);
-}
-
-std::string formatBody(std::uint16_t tag, std::uint16_t channels = 1, std::uint32_t rate = 8000,
-                       std::uint16_t bits = 8) {
-    const std::uint32_t alignment = channels * bits / 8u;
-    return little(tag, 2) + little(channels, 2) + little(rate, 4) + little(rate * alignment, 4) + little(alignment, 2) +
-           little(bits, 2);
-}
 
 // Unsigned bytes of silence at 8 kHz.
 std::string silence(std::size_t samples) {
     return riff(chunk("fmt ", formatBody(1)) + chunk("data", std::string(samples, '\x80')));
+}
+
+std::string childText(HWND dialog, int control) {
+    char text[300] = "";
+    GetDlgItemTextA(dialog, control, text, static_cast<int>(sizeof text));
+    return text;
 }
 
 constexpr int kPathControl = 100;
@@ -80,17 +64,13 @@ protected:
         return folder_ + name;
     }
 
-    std::string textOf(int control) const {
-        char text[300] = "";
-        GetDlgItemTextA(window_, control, text, static_cast<int>(sizeof text));
-        return text;
-    }
+    std::string textOf(int control) const { return childText(window_, control); }
 
     std::string folder_;
     HWND window_ = nullptr;
 };
 
-TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
+TEST_F(Sound, FilesAreReadAndMeasuredOrLeaveNothing) {
     const std::string pcm = chunk("fmt ", formatBody(1, 2, 44100));
     const std::string samples = chunk("data", "abcdefg");
     const std::string odd = chunk("LIST", "odd");
@@ -98,7 +78,7 @@ TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
         const char* what;
         std::string bytes;
         int dataBytes; // -1: refused
-        int bits;
+        int bits;      // what is measured has 8 or 16
     } cases[] = {
         {"plain", riff(pcm + samples), 7, 8},
         {"odd chunks between", riff(odd + pcm + odd + samples), 7, 8},
@@ -117,6 +97,7 @@ TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
         {"a format that ends with the file", riff(pcm).substr(0, 30), -1, 0},
         {"a format without bytes", riff(chunk("fmt ", "") + samples), -1, 0},
         {"data outside", riff(pcm) + samples, -1, 0},
+        {"no rate", riff(chunk("fmt ", formatBody(1, 2, 0)) + samples), 7, 8},
         {"three channels of 24 bits", riff(chunk("fmt ", formatBody(1, 3, 192000, 24)) + samples), 7, 24},
         {"half a length", riff(pcm + samples).substr(0, 6), -1, 0},
         {"another form", riff(pcm + samples, "AVI "), -1, 0},
@@ -128,61 +109,25 @@ TEST_F(Sound, FilesThatAreReadAndFilesThatAreNot) {
         {
             const WaveSound sound = readWaveFile(path);
             ASSERT_EQ(static_cast<bool>(sound), c.dataBytes >= 0) << c.what;
-            const LockedBlock locked(sound.block.get());
-            if (locked) {
-                WaveFormat format{};
-                std::memcpy(&format, locked.data(), sizeof format);
-                EXPECT_EQ(sound.dataBytes, static_cast<std::uint32_t>(c.dataBytes)) << c.what;
-                EXPECT_GE(locked.bytes().size(), sizeof format + sound.dataBytes) << c.what;
-                EXPECT_EQ(format.bitsPerSample, c.bits) << c.what;
-                EXPECT_EQ(std::memcmp(locked.data() + sizeof format, "abcdefg", sound.dataBytes), 0) << c.what;
+            if (const LockedBlock locked(sound.block.get()); locked) {
+                const auto samplesRead = samplesOf(locked, sound.dataBytes);
+                EXPECT_EQ(std::string(samplesRead.begin(), samplesRead.end()),
+                          std::string("abcdefg", static_cast<std::size_t>(c.dataBytes)))
+                    << c.what;
+                EXPECT_EQ(formatOf(locked).bitsPerSample, c.bits) << c.what;
             }
+            for (const SoundMeasure measure : {SoundMeasure::Levels, SoundMeasure::Spectrum})
+                EXPECT_EQ(measureSoundFile(path, 32760, measure, SoundScale::Normalised).has_value(), c.bits == 8)
+                    << c.what;
         }
         EXPECT_TRUE(DeleteFileA(path.c_str())) << "still open: " << c.what;
         EXPECT_EQ(object_count::heapBytes(), before) << c.what;
     }
-    EXPECT_FALSE(readWaveFile(folder_));
-    EXPECT_FALSE(readWaveFile(folder_ + "missing.wav"));
-    EXPECT_FALSE(readWaveFile(""));
-    EXPECT_FALSE(readWaveFile(std::string(5000, 'x')));
-}
-
-TEST_F(Sound, LongPathsAreRead) {
+    for (const std::string& path : {folder_, folder_ + "missing.wav", std::string(), std::string(5000, 'x')})
+        EXPECT_FALSE(readWaveFile(path)) << path.substr(0, 80);
     const std::string path = write(silence(5), std::string(150, 'n') + " + plus.wav");
     EXPECT_EQ(readWaveFile(path).dataBytes, 5u);
     DeleteFileA(path.c_str());
-}
-
-TEST_F(Sound, FilesAreMeasuredOrLeaveNothing) {
-    const std::string words = chunk("data", std::string(400, '\x40')); // 0x4040 a sample, whose peak is 64
-    const auto file = [&](std::uint16_t channels, std::uint32_t rate, std::uint16_t bits) {
-        return riff(chunk("fmt ", formatBody(1, channels, rate, bits)) + words);
-    };
-    const struct {
-        std::string bytes;
-        int level; // of the first frame; -1: refused
-    } cases[] = {
-        {file(2, 192000, 16), 64},
-        {file(6, 8000, 16), 0},
-        {file(2, 0, 16), 64},
-        {file(2, 44100, 24), -1},
-        {riff(chunk("fmt ", formatBody(1).substr(0, 14)) + words), -1}, // no bits
-        {"no sound", -1},
-    };
-    for (const auto& c : cases) {
-        const std::string path = write(c.bytes);
-        const std::size_t before = object_count::heapBytes();
-        for (const std::uint32_t frames : {1u, 100u}) {
-            const auto sound = measureSoundFile(path, frames, SoundMeasure::Levels, SoundScale::Raw);
-            EXPECT_EQ(sound ? sound->analysis.levels.left.front() : -1, c.level);
-        }
-        EXPECT_EQ(object_count::heapBytes(), before);
-    }
-    write(file(2, 44100, 16));
-    const auto spectrum = measureSoundFile(folder_ + "a.wav", 32760, SoundMeasure::Spectrum, SoundScale::Normalised);
-    ASSERT_TRUE(spectrum);
-    EXPECT_EQ(spectrum->analysis.bands[9].right.size(), 32761u);
-    EXPECT_EQ(spectrum->wave.dataBytes, 400u);
 }
 
 TEST_F(Sound, WhatCannotBePlayedLeavesNothing) {
@@ -280,12 +225,6 @@ private:
     static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) { EnumThreadWindows(GetCurrentThreadId(), visit, 0); }
     UINT_PTR timer_;
 };
-
-std::string childText(HWND dialog, int control) {
-    char text[300] = "";
-    GetDlgItemTextA(dialog, control, text, static_cast<int>(sizeof text));
-    return text;
-}
 
 // What the message says that `act` shows; it is closed.
 std::string messageOf(int textControl, const std::function<void()>& act) {
