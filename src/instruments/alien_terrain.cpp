@@ -15,12 +15,15 @@ constexpr int kFirstStep = 64; // cells between the points of pure chance
 constexpr int kFewestRows = 128;
 constexpr int kMostRows = 1024;
 constexpr int kRowsPerFrame = 2; // of a flight at its usual speed
-// Towards the sun: ahead on the left, low. Of length 1.
-constexpr double kSun[3] = {-0.68, 0.45, 0.58}; // right, ahead, up
-constexpr double kShade = 0.26;                 // of the light where no sun falls
-constexpr double kSway = 14;                    // cells to both sides
-constexpr double kClearance = 5;                // cells above the highest land below
-constexpr int kCorridor = 10;                   // cells: what counts as below
+// Towards the sun: ahead on the left, low. Of length 1. Its light is warm, what the sky sends into the shade is cold.
+constexpr double kSun[3] = {-0.68, 0.45, 0.58};     // right, ahead, up
+constexpr double kSunlight[3] = {0.98, 1.20, 1.36}; // blue, green, red
+constexpr double kSkylight[3] = {0.38, 0.30, 0.26};
+constexpr double kLeastRough = 0.4;
+constexpr double kMostRough = 1.6;
+constexpr double kSway = 14;     // cells to both sides
+constexpr double kClearance = 5; // cells above the highest land below
+constexpr int kCorridor = 10;    // cells: what counts as below
 constexpr int kLookAhead = 12;
 constexpr int kSmoothing = 20; // rows to both sides of a running mean
 
@@ -51,7 +54,7 @@ Colour landColour(const TerrainCurves& curves, double height) {
 
 Terrain::Terrain(int seed, int ruggedness, int frames, const TerrainCurves& curves)
     : rows_(rowsFor(std::min(frames, kMostRows))), relief_(14 + 4.0 * ruggedness),
-      heights_(static_cast<std::size_t>(rows_) * kColumns), light_(heights_.size()) {
+      heights_(static_cast<std::size_t>(rows_) * kColumns), light_(heights_.size()), roughness_(heights_.size()) {
     raiseLand(seed, ruggedness);
     levelLand();
     lightLand(curves);
@@ -98,10 +101,12 @@ void Terrain::lightLand(const TerrainCurves& curves) {
             const double ahead = heights_[cell(column, row + 1)] - heights_[cell(column, row - 1)];
             const double steep = std::sqrt(right * right + ahead * ahead + 4);
             const double facing = (-right * kSun[0] - ahead * kSun[1] + 2 * kSun[2]) / steep;
-            const double sunlight = kShade + 1.2 * std::max(facing, 0.0);
             const Colour land = landColour(curves, heights_[cell(column, row)] / relief_);
-            const auto lit = [=](int channel) { return static_cast<float>(std::min(channel * sunlight, 255.0)); };
-            light_[cell(column, row)] = {lit(blueOf(land)), lit(greenOf(land)), lit(redOf(land))};
+            const int channels[3] = {blueOf(land), greenOf(land), redOf(land)};
+            for (std::size_t c = 0; c < 3; ++c)
+                light_[cell(column, row)][c] = static_cast<float>(
+                    std::min(channels[c] * (kSkylight[c] + kSunlight[c] * std::max(facing, 0.0)), 255.0));
+            roughness_[cell(column, row)] = static_cast<float>(std::clamp(facing / kSun[2], kLeastRough, kMostRough));
         }
 }
 
@@ -147,11 +152,16 @@ float Terrain::heightAt(float column, float row) const {
     return at.between([this](std::size_t cell) { return heights_[cell]; });
 }
 
-std::array<float, 3> Terrain::lightAt(float column, float row) const {
+std::array<float, 3> Terrain::lightAt(float column, float row, float detail) const {
     const Place at = placeOf(column, row);
     std::array<float, 3> light{};
+    float fine = 1;
+    if (detail > 0) {
+        const Place finer = placeOf(column * kDetailPerCell, row * kDetailPerCell);
+        fine += detail * (finer.between([this](std::size_t cell) { return roughness_[cell]; }) - 1);
+    }
     for (std::size_t c = 0; c < 3; ++c)
-        light[c] = at.between([this, c](std::size_t cell) { return light_[cell][c]; });
+        light[c] = std::min(fine * at.between([this, c](std::size_t cell) { return light_[cell][c]; }), 255.0f);
     return light;
 }
 

@@ -39,8 +39,10 @@ public:
 
     // Between the cells' middles, evenly from one to the next. Columns and rows are 0 and more.
     float heightAt(float column, float row) const;
-    // Blue, green, red: 0 to 255, sunlight included.
-    std::array<float, 3> lightAt(float column, float row) const;
+    // Blue, green, red: 0 to 255, sunlight included. `detail` is how much of what is finer than a cell shows, 0 to 1:
+    // the land's own slopes once more, many times smaller.
+    std::array<float, 3> lightAt(float column, float row, float detail) const;
+    static constexpr int kDetailPerCell = 4; // cells of that finer land
 
     // Columns are far enough from 0 for a view to both sides. Where the flight is `turn` (0 to 1) of its way: a place
     // over the land, a height above the lowest land, and how far the aircraft leans (the horizon's slope). 1 is 0
@@ -81,6 +83,7 @@ private:
     double relief_;
     std::vector<float> heights_; // cells; row by row
     std::vector<std::array<float, 3>> light_;
+    std::vector<float> roughness_;  // of the finer land: what a slope does to the light, 1 on level ground
     std::vector<double> altitudes_; // of the flight, over each row
 };
 

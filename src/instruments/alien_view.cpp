@@ -1,5 +1,6 @@
-// Each column of the picture is a fan of rays in one plane: walking outwards, land that rises above what has been drawn
-// fills the column further up.
+// The sky is drawn first, haze below its horizon, sunlit around the sun. Each column of the picture is a fan of rays in
+// one plane: walking outwards, land that rises above what has been drawn fills the column further up, seen through as
+// much of that haze as its distance makes it.
 #include "instruments/alien_view.h"
 
 #include <algorithm>
@@ -10,12 +11,13 @@ namespace {
 
 constexpr double kNearest = 4.5; // cells
 constexpr double kFarthest = 190;
-constexpr double kWidthAtOne = 1.15; // cells across the picture at a distance of 1
-constexpr double kHorizon = 0.36;    // of the height, from the top
-constexpr double kSunColumn = 0.27;  // of the width
-constexpr double kSunHeight = 0.105; // of the height, above the horizon
-constexpr double kSunRadius = 0.045; // of the height
-constexpr double kHaloRadii = 7;     // of the sun
+constexpr double kWidthAtOne = 1.15;  // cells across the picture at a distance of 1
+constexpr double kHorizon = 0.36;     // of the height, from the top
+constexpr double kSunColumn = 0.27;   // of the width
+constexpr double kSunHeight = 0.105;  // of the height, above the horizon
+constexpr double kSunRadius = 0.045;  // of the height
+constexpr double kHaloRadii = 9;      // of the sun
+constexpr double kFinestDetail = 1.5; // pixels
 
 constexpr Colour kSunlight = 0x90CCFF; // a pale orange
 constexpr Colour kDusk = 0x55222A;     // a dark violet
@@ -43,8 +45,10 @@ AlienView::AlienView(const Terrain& terrain, const AlienSky& sky, int width, int
     for (double distance = kNearest; distance < kFarthest; distance *= 1 + growth) {
         const double part = (distance - kNearest) / (kFarthest - kNearest);
         const double clear = std::exp(-1.15 * part) * (1 - part * part * part);
-        steps_.push_back(
-            {static_cast<float>(distance), static_cast<float>(focal / distance), static_cast<float>(clear)});
+        const double scale = focal / distance;
+        const double detail = std::clamp(scale / (Terrain::kDetailPerCell * kFinestDetail) - 1, 0.0, 1.0);
+        steps_.push_back({static_cast<float>(distance), static_cast<float>(scale), static_cast<float>(clear),
+                          static_cast<float>(detail)});
     }
     for (int up = 0; up <= height; ++up) {
         const double fade = std::pow(std::max(1 - up / (kHorizon * height), 0.0), 1.6);
@@ -67,11 +71,10 @@ double AlienView::horizonAt(const Terrain::Station& station, int x) const {
 void AlienView::drawSky(const ImageView& picture, const Terrain::Station& station) const {
     const double sunX = kSunColumn * width_;
     const double sunY = horizonAt(station, static_cast<int>(sunX)) - kSunHeight * height_;
-    const int lowest = std::clamp(static_cast<int>((kHorizon + std::abs(station.bank)) * height_) + 2, 0, height_);
     std::vector<int> horizon;
     for (int x = 0; x < width_; ++x)
         horizon.push_back(static_cast<int>(std::lround(horizonAt(station, x))));
-    for (int y = 0; y < lowest; ++y) {
+    for (int y = 0; y < height_; ++y) {
         const auto down = static_cast<float>(y - sunY);
         for (int x = 0; x < width_; ++x) {
             const int up = std::clamp(horizon[static_cast<std::size_t>(x)] - y, 0, height_);
@@ -90,8 +93,6 @@ void AlienView::drawColumn(const ImageView& picture, const Terrain::Station& sta
     const auto column = static_cast<float>(station.column);
     const auto row = static_cast<float>(station.row);
     const auto altitude = static_cast<float>(station.altitude);
-    const float haze[3] = {static_cast<float>(blueOf(sky_.haze)), static_cast<float>(greenOf(sky_.haze)),
-                           static_cast<float>(redOf(sky_.haze))};
     int free = height_; // rows from here on are drawn
     for (const Step& step : steps_) {
         const float atColumn = column + aside * step.distance;
@@ -100,18 +101,17 @@ void AlienView::drawColumn(const ImageView& picture, const Terrain::Station& sta
         const int first = std::max(static_cast<int>(std::ceil(top - 0.5f)), 0);
         if (first >= free)
             continue;
-        const std::array<float, 3> light = terrain_.lightAt(atColumn, atRow);
-        std::uint8_t pixel[3];
-        for (std::size_t c = 0; c < 3; ++c)
-            pixel[c] = static_cast<std::uint8_t>(haze[c] + (light[c] - haze[c]) * step.clear);
-        for (; free > first; --free)
-            std::copy_n(pixel, 3, picture.pixel(x, free - 1));
+        const std::array<float, 3> light = terrain_.lightAt(atColumn, atRow, step.detail);
+        for (; free > first; --free) {
+            std::uint8_t* pixel = picture.pixel(x, free - 1);
+            for (std::size_t c = 0; c < 3; ++c) {
+                const auto haze = static_cast<float>(pixel[c]);
+                pixel[c] = static_cast<std::uint8_t>(haze + (light[c] - haze) * step.clear);
+            }
+        }
         if (free == 0)
             return;
     }
-    // Beyond the farthest step there is nothing but haze up to the horizon.
-    for (const int sky = std::max(static_cast<int>(horizon), 0); free > sky; --free)
-        writeColour(picture.pixel(x, free - 1), sky_.haze);
 }
 
 void AlienView::draw(const ImageView& picture, const Terrain::Station& station) const {

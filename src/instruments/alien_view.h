@@ -32,6 +32,7 @@ private:
         float distance; // cells
         float scale;    // pixels that a cell fills
         float clear;    // how much of the land's light the haze leaves, 0 to 1
+        float detail;   // how much of the land's finer slopes is not too small to be seen, 0 to 1
     };
 
     void drawSky(const ImageView& picture, const Terrain::Station& station) const;

@@ -2,6 +2,7 @@
 #include "instruments/arc_model.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -16,6 +17,10 @@ constexpr int kForkHold = 4;                                     // frames
 constexpr std::uint32_t kStreamsOfLine = 256;
 constexpr std::uint32_t kChoices = 128;
 static_assert((1u << kMostLevels) <= kChoices);
+constexpr std::uint32_t kWidths = kChoices + 16;
+constexpr std::uint32_t kThinnings = 8; // places between which the width changes evenly
+constexpr double kThinnest = 0.5;       // of its course's width, away from the ends
+constexpr int kThinningHold = 3;        // frames
 constexpr double kForkWidth = 0.6;
 constexpr double kForkTip = 0.2;
 constexpr double kForkIntensity = 0.55;
@@ -42,6 +47,23 @@ std::vector<double> displacements(int levels, double stray, const LoopNoise& noi
     return offsets;
 }
 
+// The shares of its width that an arc has at even places of its way, 1 at both ends: evenly thick light looks like a
+// wire.
+using Thinnings = std::array<double, kThinnings + 1>;
+
+Thinnings thinnings(const LoopNoise& noise, std::uint32_t stream, int frame) {
+    Thinnings shares{};
+    shares.front() = shares.back() = 1;
+    for (std::uint32_t i = 1; i < kThinnings; ++i)
+        shares[i] = std::lerp(kThinnest, 1.0, 0.5 + 0.5 * noise.smooth(stream + i, frame, kThinningHold));
+    return shares;
+}
+
+double shareAt(const Thinnings& shares, double part) {
+    const auto left = std::min<std::size_t>(static_cast<std::size_t>(part * kThinnings), kThinnings - 1);
+    return std::lerp(shares[left], shares[left + 1], part * kThinnings - static_cast<double>(left));
+}
+
 } // namespace
 
 std::vector<LightPoint> arcLine(const ArcCourse& course, const LoopNoise& noise, std::uint32_t line, int frame) {
@@ -52,6 +74,7 @@ std::vector<LightPoint> arcLine(const ArcCourse& course, const LoopNoise& noise,
     const double normalY = length > 0 ? acrossX / length : 0;
     const std::vector<double> offsets =
         displacements(levelsFor(length), course.stray, noise, line * kStreamsOfLine, frame);
+    const Thinnings shares = thinnings(noise, line * kStreamsOfLine + kWidths, frame);
     std::vector<LightPoint> points;
     points.reserve(offsets.size());
     for (std::size_t i = 0; i < offsets.size(); ++i) {
@@ -59,7 +82,7 @@ std::vector<LightPoint> arcLine(const ArcCourse& course, const LoopNoise& noise,
         points.push_back(
             {std::lerp(course.from.x, course.to.x, part) + normalX * offsets[i],
              std::lerp(course.from.y, course.to.y, part) + normalY * offsets[i] - course.bow * 4 * part * (1 - part),
-             std::lerp(course.from.width, course.to.width, part)});
+             std::lerp(course.from.width, course.to.width, part) * shareAt(shares, part)});
     }
     return points;
 }

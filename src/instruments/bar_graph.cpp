@@ -19,6 +19,8 @@ namespace {
 
 constexpr int kUnlitWeight = 50;      // of a dark segment's own colour, in 255ths
 constexpr int kShallowestShading = 6; // pixels of depth: below, light and shade would be all there is
+constexpr double kSunken = 0.05;      // how much darker the empty bar is than the panel
+constexpr double kShadow = 0.20;      // and how much more so under its upper edge
 
 struct BarGraphColours {
     Colour left;
@@ -114,6 +116,15 @@ Colour shadedRow(const BarGraphScene& scene, Colour colour, double row) {
     return tonedColour(colour, 0.45 * std::max(0.35 - down, 0.0) / 0.35 - 0.25 * std::max(down - 0.65, 0.0) / 0.35);
 }
 
+// The empty bar is a channel: its upper edge throws a shadow into it.
+Colour sunkenRow(const BarGraphScene& scene, double row) {
+    const int depth = scene.parameters.depth;
+    if (depth < kShallowestShading)
+        return scene.colours.panel;
+    const double lit = std::min((row - scene.geometry.bar.top) / (0.5 * depth), 1.0);
+    return tonedColour(scene.colours.panel, -kSunken - kShadow * (1 - lit) * (1 - lit));
+}
+
 Colour gradientAt(const BarGraphScene& scene, double column) {
     const double part = column / scene.parameters.width;
     return mixColours(scene.colours.left, scene.colours.right,
@@ -128,12 +139,12 @@ Colour barColour(const BarGraphScene& scene, const ConstImageView& image, double
         for (const BarSegment& segment : s.segments)
             if (column > segment.left && column < segment.right) {
                 const Colour own = gradientAt(s, (segment.left + segment.right) / 2.0);
-                return filled ? shadedRow(s, own, y) : mixColours(s.colours.panel, own, kUnlitWeight);
+                return filled ? shadedRow(s, own, y) : mixColours(sunkenRow(s, y), own, kUnlitWeight);
             }
-        return s.colours.panel;
+        return sunkenRow(s, y);
     }
     if (!filled)
-        return s.colours.panel;
+        return sunkenRow(s, y);
     if (s.parameters.type == BarType::Image) {
         const std::uint8_t* pixel = image.pixel(static_cast<int>(column), static_cast<int>(y - s.geometry.bar.top));
         return makeColour(pixel[2], pixel[1], pixel[0]);

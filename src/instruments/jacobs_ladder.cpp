@@ -58,8 +58,8 @@ void paintRods(const ImageView& picture, const LadderScene& scene) {
             return 1 / std::hypot(1, rodDistance(g, y + 0.5) - rodDistance(g, y - 0.5));
         };
         const auto distance = [&](double x, double y) {
-            const double sideways = std::abs(across(x, y)) * upright(y) - g.rodRadius;
-            return std::max({sideways, g.rodTop - g.rodRadius - y, y - g.rodBottom - g.rodRadius});
+            const double sideways = std::abs(across(x, y)) * upright(y);
+            return std::max(std::hypot(sideways, std::max(g.rodTop - y, 0.0)), y - g.rodBottom) - g.rodRadius;
         };
         const auto paint = [&](double x, double y) {
             const double place = across(x, y) * upright(y) / g.rodRadius; // -1 to 1

@@ -26,7 +26,7 @@ LadderGeometry ladderGeometry(const LadderParameters& p) {
     geometry.rodBottom = geometry.height - 0.20 * width;
     geometry.rodRadius = std::max(0.017 * width, 0.8);
     geometry.narrowest = 0.055 * width;
-    geometry.widest = 0.40 * width;
+    geometry.widest = 0.37 * width;
     return geometry;
 }
 
@@ -89,7 +89,7 @@ std::vector<Arc> ladderArcs(const LadderGeometry& geometry, const LadderParamete
             const double place = row + down * geometry.rodRadius;
             return LightPoint{middle + side * rodDistance(geometry, place), place, width};
         };
-        arcs.push_back({{onRod(-1.5), onRod(2.5)}, 0.5 * climb.strength});
+        arcs.push_back({{onRod(-1), onRod(2)}, 0.4 * climb.strength});
     }
     return arcs;
 }
@@ -98,7 +98,7 @@ LightProfile ladderLight(const LadderParameters& p, Colour arc) {
     const double size = p.size;
     const double power = p.energy / 16.0;
     const Colour hue = vividColour(arc);
-    return LightProfile({std::max(size * (0.0068 + 0.0035 * power), 0.45), arc, 1.0},
+    return LightProfile({std::max(size * (0.0060 + 0.0030 * power), 0.45), arc, 1.0},
                         {size * (0.030 + 0.012 * power) + 1, mixColours(arc, hue, 200), 0.70},
                         {size * (0.13 + 0.10 * power) + 2, hue, 0.20 + 0.10 * power});
 }

@@ -11,6 +11,7 @@ namespace {
 constexpr float kFar = std::numeric_limits<float>::max();
 constexpr int kUnit = 64; // of a level, in the sums
 constexpr float kLeastLight = 0.02f * 255;
+constexpr double kThinnestCore = 0.5; // radius, pixels: just as bright between two pixels as on one
 
 // Half a pixel to both sides of its radius: an edge, smoothed.
 double coreAt(double distance, double radius) {
@@ -37,6 +38,8 @@ struct PixelRange {
 
 LightProfile::LightProfile(const LightStroke& core, const LightStroke& body, const LightStroke& halo) {
     const double radius = std::max({core.radius + 0.5, body.radius, halo.radius});
+    if (core.strength > 0)
+        leastWidth_ = std::min(kThinnestCore / core.radius, 1.0);
     const int steps = static_cast<int>(radius * kStepsPerPixel) + 2;
     for (int i = 0; i < steps; ++i) {
         const double distance = (i + 0.5) / kStepsPerPixel;
@@ -101,10 +104,23 @@ void LightLayer::addLine(std::span<const LightPoint> points, const LightProfile&
     const auto rowStart = [this](int y) { return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_); };
     for (int y = rows.first; y < rows.end; ++y)
         std::fill(&distances_[rowStart(y)] + columns.first, &distances_[rowStart(y)] + columns.end, kFar);
-    for (std::size_t i = 0; i < std::max<std::size_t>(points.size() - 1, 1); ++i)
-        measureSegment(points[i], points[std::min(i + 1, points.size() - 1)], reach);
+    double shares = 0; // of the least width, where a point's own is less
+    const auto drawn = [&](LightPoint point) {
+        const double width = std::max(point.width, profile.leastWidth());
+        shares += point.width / width;
+        point.width = width;
+        return point;
+    };
+    LightPoint from = drawn(points.front());
+    if (points.size() == 1)
+        measureSegment(from, from, reach);
+    for (const LightPoint& point : points.subspan(1)) {
+        const LightPoint to = drawn(point);
+        measureSegment(from, to, reach);
+        from = to;
+    }
     const auto farthest = static_cast<float>(reach * reach);
-    const auto units = static_cast<float>(intensity * kUnit);
+    const auto units = static_cast<float>(intensity * kUnit * std::sqrt(shares / static_cast<double>(points.size())));
     for (int y = rows.first; y < rows.end; ++y)
         for (int x = columns.first; x < columns.end; ++x) {
             const std::size_t at = rowStart(y) + static_cast<std::size_t>(x);

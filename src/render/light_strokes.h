@@ -28,7 +28,7 @@ struct LightStroke {
 };
 
 // Light across a line: a sharp core in a soft body in a wide halo. What is weaker than 2 % is cut off: no eye sees it,
-// and it would cost bytes in every frame.
+// and it would cost bytes in every frame. A core of strength 0 is none.
 class LightProfile {
 public:
     LightProfile(const LightStroke& core, const LightStroke& body, const LightStroke& halo);
@@ -36,12 +36,15 @@ public:
     using Light = std::array<float, 3>; // blue, green, red: 0 to 255 each
 
     double reach() const { return reach_; } // pixels from the line to where the light ends
+    // Thinner lines would fall between the pixels' middles and come out dotted.
+    double leastWidth() const { return leastWidth_; }
     // `distance` is 0 to reach().
     const Light& at(float distance) const { return steps_[static_cast<std::size_t>(distance * kStepsPerPixel)]; }
 
 private:
     static constexpr int kStepsPerPixel = 16;
     double reach_ = 0;
+    double leastWidth_ = 0;
     std::vector<Light> steps_;
 };
 
@@ -60,7 +63,8 @@ public:
     LightLayer(int width, int height);
 
     // Adds the light of a line through `points` (one gives a spot), `intensity` times as bright as the profile. Within
-    // the line every pixel takes the light of the nearest place, so that joints are no brighter than the rest.
+    // the line every pixel takes the light of the nearest place, so that joints are no brighter than the rest. Where it
+    // is thinner than the profile allows, it is drawn wider and the whole line is dimmer for it.
     void addLine(std::span<const LightPoint> points, const LightProfile& profile, double intensity);
 
     // Adds `percent` of the light to the pixels of `picture` (24 bits, the layer's size) within `area`; channels end at

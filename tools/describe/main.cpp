@@ -59,6 +59,7 @@ void describeParameter(const ParameterRow& parameter, Description& description) 
         description.choices = parameter.setting == Setting::MainEffect ? effectNames() : parameter.choices;
     }
     if (parameter.kind == ParameterKind::Number) {
+        description.kind = "integer"; // whatever it is stored as
         const NumberRange range = parseRange(parameter.range);
         description.minimum = std::to_string(range.minimum);
         description.maximum = std::to_string(range.maximum);
