@@ -7,6 +7,7 @@
 #include "render/blend.h"
 #include "render/canvas.h"
 #include "render/frame_image.h"
+#include "render/reduced_copy.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
@@ -120,9 +121,8 @@ void drawBevel(const ImageView& picture, const BubbleScene& scene) {
     }
 }
 
-// One frame with the bubbles at these places.
-GlobalBlock renderFrame(BubbleScene& scene, const std::vector<BubblePlace>& bubbles) {
-    ScopedCanvas picture(scene.width, scene.height);
+// One frame with the bubbles at these places, drawn on `picture`.
+GlobalBlock renderFrame(const ScopedCanvas& picture, BubbleScene& scene, const std::vector<BubblePlace>& bubbles) {
     if (!picture)
         return {};
     fillRectangle(picture.dc(), picture.bounds(), scene.look.glass);
@@ -135,7 +135,7 @@ GlobalBlock renderFrame(BubbleScene& scene, const std::vector<BubblePlace>& bubb
     if (scene.look.roundCorners)
         fillAroundRoundedRectangle(picture.dc(), picture.bounds(), scene.geometry.corner, scene.geometry.corner,
                                    scene.look.background);
-    return reducedOrUnchanged(picture.finish(), kReduction);
+    return reducedCopy(pixels, kReduction);
 }
 
 // The outline of the tank, in the size of the frames.
@@ -149,7 +149,8 @@ GlobalBlock renderOutline(const BubbleScene& scene) {
 class BubbleChamberSequence : public FrameSequence {
 public:
     explicit BubbleChamberSequence(HWND dialog)
-        : FrameSequence(dialog), set_(makeBubbleSet(readParameters(dialog))), motion_(set_) {
+        : FrameSequence(dialog), set_(makeBubbleSet(readParameters(dialog))), motion_(set_),
+          picture_(set_.width, set_.height) {
         scene_.look = readLook(dialog);
         scene_.width = set_.width;
         scene_.height = set_.height;
@@ -159,13 +160,14 @@ public:
     }
 
     int frames() const override { return set_.frames; }
-    GlobalBlock render(int index) override { return renderFrame(scene_, motion_.places(index)); }
+    GlobalBlock render(int index) override { return renderFrame(picture_, scene_, motion_.places(index)); }
     GlobalBlock renderMask() override { return renderOutline(scene_); }
     GlobalBlock renderStill() override { return render(0); }
 
 private:
     BubbleSet set_;
     BubbleMotion motion_;
+    ScopedCanvas picture_; // the frame that is being drawn
     BubbleScene scene_;
 };
 

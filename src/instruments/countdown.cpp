@@ -5,14 +5,19 @@
 #include "instruments/canvas_places.h"
 #include "instruments/countdown_model.h"
 #include "instruments/countdown_parameters.h"
+#include "instruments/shape_runs.h"
 #include "render/artwork.h"
-#include "render/blend.h"
 #include "render/canvas.h"
+#include "render/layers.h"
+#include "render/reduced_copy.h"
 #include "render/resample.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
+
+#include <map>
+#include <utility>
 
 namespace veldran {
 namespace {
@@ -38,7 +43,9 @@ struct CountdownScene {
     CountdownGeometry geometry;
     ConstImageView large;
     ConstImageView small;
-    GlobalBlock panel; // with the bezel, without digits
+    std::map<std::pair<GlyphStrip, int>, std::vector<PixelRun>> ink; // of glyphs by their left column, once wanted
+    Artwork panel{GlobalBlock()};                                    // with the bezel, without digits
+    Artwork picture{GlobalBlock()};                                  // the frame that is being drawn
 };
 
 CountdownParameters readParameters(HWND dialog) {
@@ -82,31 +89,35 @@ void drawBezel(HDC dc, const CountdownScene& scene) {
     drawRectangle(dc, rectOf(bezel.inner.rect), width, bezel.inner.colour);
 }
 
-GlobalBlock renderPanel(const CountdownScene& scene) {
-    ScopedCanvas picture(scene.geometry.width, scene.geometry.height);
-    if (!picture)
-        return {};
-    fillRectangle(picture.dc(), picture.bounds(), scene.look.panel);
+Artwork drawPanel(const CountdownScene& scene) {
+    ScopedCanvas panel(scene.geometry.width, scene.geometry.height);
+    if (!panel)
+        return Artwork(GlobalBlock());
+    fillRectangle(panel.dc(), panel.bounds(), scene.look.panel);
     if (scene.parameters.useBezel)
-        drawBezel(picture.dc(), scene);
-    return picture.finish();
+        drawBezel(panel.dc(), scene);
+    return Artwork(panel.finish());
+}
+
+void drawGlyph(const ImageView& picture, CountdownScene& scene, const CountdownGlyph& glyph) {
+    const ConstImageView& strip = glyph.strip == GlyphStrip::Large ? scene.large : scene.small;
+    const auto& [left, top, right, bottom] = glyph.source;
+    const ConstImageView cell = cropped(strip, left, top, right, bottom);
+    std::vector<PixelRun>& ink = scene.ink[{glyph.strip, left}];
+    if (ink.empty())
+        ink = inkRuns(cell);
+    blendInkRuns(picture, cell, ink, glyph.target, scene.look.digits);
 }
 
 // One frame that shows this time.
-GlobalBlock renderFrame(const CountdownScene& scene, const CountdownTime& time) {
-    GlobalBlock frame = copyImage(scene.panel.get());
-    {
-        const LockedImage picture(frame.get());
-        if (!picture)
-            return {};
-        for (const CountdownGlyph& glyph : countdownGlyphs(scene.geometry, time, scene.parameters.tenths)) {
-            const ConstImageView& strip = glyph.strip == GlyphStrip::Large ? scene.large : scene.small;
-            const auto& [left, top, right, bottom] = glyph.source;
-            blendInk(picture.view(), cropped(strip, left, top, right, bottom), glyph.target.x, glyph.target.y,
-                     scene.look.digits);
-        }
-    }
-    return reducedOrUnchanged(std::move(frame), scene.geometry.percent);
+GlobalBlock renderFrame(CountdownScene& scene, const CountdownTime& time) {
+    if (!scene.panel || !scene.picture)
+        return {};
+    const ImageView& picture = scene.picture.view();
+    layImage(picture, scene.panel.view(), 0, 0);
+    for (const CountdownGlyph& glyph : countdownGlyphs(scene.geometry, time, scene.parameters.tenths))
+        drawGlyph(picture, scene, glyph);
+    return reducedCopy(picture, scene.geometry.percent);
 }
 
 class CountdownSequence : public FrameSequence {
@@ -118,7 +129,8 @@ public:
         scene_.geometry = countdownGeometry(scene_.parameters);
         scene_.large = large_.view();
         scene_.small = small_.view();
-        scene_.panel = renderPanel(scene_);
+        scene_.panel = drawPanel(scene_);
+        scene_.picture = Artwork(createImage(scene_.geometry.width, scene_.geometry.height, 24));
         delay_ = countdownDelay(scene_.parameters.tenths, delayUnitOf(host));
     }
 

@@ -13,6 +13,7 @@
 #include "render/canvas.h"
 #include "render/glow.h"
 #include "render/layers.h"
+#include "render/reduced_copy.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
@@ -107,12 +108,27 @@ void takeMaterial(const ImageView& mask) {
                        [](std::uint8_t byte) { return static_cast<std::uint8_t>(byte < 255 ? 255 : 0); });
 }
 
+// How many pixels at the beginning of each row of the upper half are no material: the corner that faces the light.
+std::vector<int> litCorner(const ConstImageView& mask) {
+    std::vector<int> lit;
+    for (int y = 0; y < mask.height / 2; ++y) {
+        int x = 0;
+        while (x < mask.width / 2 && *mask.pixel(x, y) == 255)
+            ++x;
+        lit.push_back(x);
+    }
+    return lit;
+}
+
 // Material spreads its shade over its edges: light that spread over the material would leave nothing of it where it is
-// narrow.
+// narrow. The light comes from above left, so there is no shade beyond the edge that faces it.
 void softenShadow(const ImageView& mask) {
+    const std::vector<int> lit = litCorner(mask);
     takeMaterial(mask);
     glowImage(mask, kShadowGlow, kShadowReach);
     invertImage(mask);
+    for (std::size_t y = 0; y < lit.size(); ++y)
+        std::fill_n(mask.row(static_cast<int>(y)), 3 * lit[y], std::uint8_t{255});
 }
 
 ShadowFactors factorsOf(int density) {
@@ -208,8 +224,8 @@ void drawMarks(HDC dc, const DataPadScene& scene, int frame) {
     fillRectangle(dc, rectOf(stepMarker(frame)), lights.status);
 }
 
-GlobalBlock renderFrame(const DataPadScene& scene, int frame) {
-    ScopedCanvas picture(scene.geometry.width, scene.geometry.height);
+// Frame `frame`, drawn on `picture`.
+GlobalBlock renderFrame(const ScopedCanvas& picture, const DataPadScene& scene, int frame) {
     if (!picture || !scene.type || !scene.ground)
         return {};
     layImage(picture.pixels(), scene.ground.view(), 0, 0);
@@ -217,7 +233,7 @@ GlobalBlock renderFrame(const DataPadScene& scene, int frame) {
     if (showsStatus(scene.parameters.status, scene.parameters.simpleCase))
         drawStatus(picture.dc(), scene, frame);
     drawMarks(picture.dc(), scene, frame);
-    return reducedOrUnchanged(picture.finish(), scene.geometry.percent);
+    return reducedCopy(picture.pixels(), scene.geometry.percent);
 }
 
 // The case's outline, and beside it the shadow as dense as it is dark; reduced as the frames are.
@@ -235,7 +251,8 @@ GlobalBlock renderOutline(const DataPadScene& scene) {
 class DataPadSequence : public FrameSequence {
 public:
     DataPadSequence(HWND dialog, DataPadParameters parameters, DataPadArtwork artwork)
-        : FrameSequence(dialog), artwork_(std::move(artwork)) {
+        : FrameSequence(dialog), artwork_(std::move(artwork)),
+          picture_(artwork_.casing.view().width, artwork_.casing.view().height) {
         scene_.parameters = std::move(parameters);
         scene_.casing = artwork_.casing.view();
         scene_.shadow = artwork_.shadow.view();
@@ -248,14 +265,15 @@ public:
     }
 
     int frames() const override { return dataPadFrameCount(scene_.parameters.lines); }
-    GlobalBlock render(int index) override { return renderFrame(scene_, index); }
+    GlobalBlock render(int index) override { return renderFrame(picture_, scene_, index); }
     GlobalBlock renderMask() override { return renderOutline(scene_); }
-    GlobalBlock renderStill() override { return renderFrame(scene_, 0); }
+    GlobalBlock renderStill() override { return render(0); }
     bool insistsOnAlpha() const override { return true; }
     const void* artwork() const override { return &scene_.casing; }
 
 private:
     DataPadArtwork artwork_;
+    ScopedCanvas picture_; // the frame that is being drawn
     DataPadScene scene_;
 };
 

@@ -7,8 +7,8 @@
 namespace veldran {
 
 Dial::Dial(const ConstImageView& face, const ArtworkGeometry& geometry, Colour background)
-    : geometry_(geometry), still_(geometry.width, geometry.height) {
-    if (!still_)
+    : geometry_(geometry), still_(geometry.width, geometry.height), picture_(geometry.width, geometry.height) {
+    if (!*this)
         return;
     fillRectangle(still_.dc(), still_.bounds(), background);
     layImage(still_.pixels(), face, geometry.pad, geometry.pad);

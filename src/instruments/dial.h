@@ -6,6 +6,7 @@
 #include "render/blend.h"
 #include "render/canvas.h"
 #include "render/layers.h"
+#include "render/reduced_copy.h"
 #include "render/shape_mask.h"
 
 namespace veldran {
@@ -16,7 +17,7 @@ public:
     Dial(const ConstImageView& face, const ArtworkGeometry& geometry, Colour background);
 
     // False when memory is exhausted; frames are empty then, and nothing may be drawn.
-    explicit operator bool() const { return static_cast<bool>(still_); }
+    explicit operator bool() const { return still_ && picture_; }
 
     // To finish with what else stands still: text, and the outline. Hands must end where the outline leaves the face
     // as it is; so it does not matter that they are drawn after it.
@@ -26,17 +27,17 @@ public:
     // A frame, reduced. `drawHands` is called with the context to draw on. Empty when memory is exhausted.
     template <class DrawHands>
     GlobalBlock renderFrame(DrawHands drawHands) const {
-        ScopedCanvas picture(geometry_.width, geometry_.height);
-        if (!still_ || !picture)
+        if (!*this)
             return {};
-        layImage(picture.pixels(), still_.pixels(), 0, 0);
-        drawHands(picture.dc());
-        return reducedOrUnchanged(picture.finish(), geometry_.percent);
+        layImage(picture_.pixels(), still_.pixels(), 0, 0);
+        drawHands(picture_.dc());
+        return reducedCopy(picture_.pixels(), geometry_.percent);
     }
 
 private:
     ArtworkGeometry geometry_;
     ScopedCanvas still_;
+    ScopedCanvas picture_; // the frame that is being drawn
 };
 
 // The alpha of frames that are cut out with `mask` (24 bits, black within the outline): white within the outline, black

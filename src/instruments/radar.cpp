@@ -5,15 +5,23 @@
 #include "base/gdi.h"
 #include "instruments/canvas_places.h"
 #include "instruments/radar_model.h"
+#include "instruments/shape_runs.h"
 #include "render/artwork.h"
 #include "render/blend.h"
 #include "render/canvas.h"
+#include "render/layers.h"
+#include "render/painted_shapes.h"
+#include "render/reduced_copy.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
 
+#include <cstring>
+#include <map>
 #include <memory>
+#include <new>
+#include <utility>
 
 namespace veldran {
 namespace {
@@ -29,6 +37,7 @@ constexpr int kLabelGapRight = 14;
 constexpr int kLabelGapAbove = 2;
 constexpr int kLabelMarginX = 4;
 constexpr int kLabelMarginY = 1;
+constexpr Colour kWhite = 0xFFFFFF;
 constexpr std::uint32_t kTallestLabel = 526; // the artwork's height
 
 struct RadarParameters {
@@ -44,14 +53,6 @@ struct RadarParameters {
     bool pingMarkers;
     int labelHeight;                  // graticule pixels
     std::vector<RadarMarker> markers; // those to be drawn
-};
-
-// What is the same for every frame.
-struct RadarScene {
-    RadarParameters parameters;
-    RadarGeometry geometry;
-    ConstImageView graticule;
-    Font labelFont;
 };
 
 std::vector<RadarMarker> readMarkers(HWND dialog) {
@@ -80,25 +81,68 @@ RadarParameters readParameters(HWND dialog) {
     return p;
 }
 
-void drawScreen(const ScopedCanvas& picture, const RadarScene& scene) {
-    fillRectangle(picture.dc(), picture.bounds(), scene.parameters.background);
-    fillDisc(picture.dc(), pointOf(scene.geometry.centre), kRadarScreenRadius, scene.parameters.screen);
-}
-
-void drawSweep(const ScopedCanvas& glow, const RadarScene& scene, int angle) {
-    const POINT centre = pointOf(scene.geometry.centre);
-    FillRect(glow.dc(), &glow.bounds(), static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-    for (const SweepLine& line :
-         sweepLines(scene.geometry, angle, scene.parameters.traceAngle, sweepDirection(scene.parameters.increment))) {
-        drawLine(glow.dc(), centre, pointOf(line.end), 2 * scene.geometry.unit,
-                 makeColour(line.grey, line.grey, line.grey));
+// How brightly the sweep lights each pixel of a frame.
+class SweepGlow {
+public:
+    explicit SweepGlow(const RadarGeometry& geometry)
+        : geometry_(geometry), board_(geometry.width, geometry.height),
+          glow_(createImage(geometry.width, geometry.height, 24)) {
+        if (!*this)
+            return;
+        fillDisc(board_.dc(), pointOf(geometry.centre), kRadarHubRadius, kWhite);
+        hub_ = takeFromBoard(geometry.centre, 2 * kRadarHubRadius);
     }
-    fillDisc(glow.dc(), centre, kRadarHubRadius, 0);
-}
+
+    // False when memory is exhausted.
+    explicit operator bool() const { return board_ && glow_; }
+    const ImageView& view() const { return glow_.view(); }
+
+    void draw(std::span<const SweepLine> lines) {
+        const ImageView& glow = glow_.view();
+        for (int y = 0; y < glow.height; ++y)
+            std::memset(glow.row(y), 0, 3 * static_cast<std::size_t>(glow.width));
+        for (const SweepLine& line : lines)
+            fillRuns(glow, coverOf(line.end), line.grey);
+        fillRuns(glow, hub_, 0);
+    }
+
+private:
+    // A line has whole-number ends on a circle: at most 1800 of them, of which a frame draws up to 709.
+    const std::vector<PixelRun>& coverOf(CanvasPoint end) {
+        std::vector<PixelRun>& cover = covers_[{end.x, end.y}];
+        if (cover.empty()) {
+            const int width = 2 * geometry_.unit;
+            drawLine(board_.dc(), pointOf(geometry_.centre), pointOf(end), width, kWhite);
+            cover = takeFromBoard(end, width);
+        }
+        return cover;
+    }
+
+    // What was drawn on the board from the centre to `end`; the board is black again.
+    std::vector<PixelRun> takeFromBoard(CanvasPoint end, int width) {
+        const ImageView board = board_.pixels();
+        std::vector<PixelRun> cover = coverOfLine(board, geometry_.centre, end, width);
+        fillRuns(board, cover, 0);
+        return cover;
+    }
+
+    RadarGeometry geometry_;
+    ScopedCanvas board_; // one shape after the other is drawn on it, to see what it covers
+    Artwork glow_;
+    std::vector<PixelRun> hub_;
+    std::map<std::pair<int, int>, std::vector<PixelRun>> covers_; // of lines, by their end
+};
+
+// A marker, and its label as it stands in all frames.
+struct MarkerPicture {
+    CanvasPoint at;
+    std::vector<PixelRun> labelCover; // what of it lies in the frame; its corners are round
+    CanvasPoint labelCorner;
+    Artwork label{GlobalBlock()}; // where it covers something
+};
 
 // The box of a label of the given text size, beside the marker and turned to the screen's centre.
-RECT labelBox(const RadarScene& scene, CanvasPoint marker, SIZE text) {
-    const CanvasPoint centre = scene.geometry.centre;
+RECT labelBox(CanvasPoint centre, CanvasPoint marker, SIZE text) {
     const LONG left = marker.x > centre.x ? marker.x - text.cx - kLabelGapLeft : marker.x + kLabelGapRight;
     const LONG top = marker.y > centre.y ? marker.y - text.cy - kLabelGapAbove : marker.y;
     RECT box{left, top, left + text.cx, top + text.cy};
@@ -106,49 +150,132 @@ RECT labelBox(const RadarScene& scene, CanvasPoint marker, SIZE text) {
     return box;
 }
 
-void drawLabel(HDC dc, const RadarScene& scene, const std::string& name, CanvasPoint position) {
-    const Colour colour = scene.parameters.marker;
-    const Selected font(dc, scene.labelFont.get());
-    SIZE text{};
-    GetTextExtentPoint32A(dc, name.c_str(), static_cast<int>(name.size()), &text);
-    RECT box = labelBox(scene, position, text);
-    {
-        const Pen pen(CreatePen(PS_INSIDEFRAME, scene.geometry.unit, colour));
-        const Brush brush(CreateSolidBrush(scene.parameters.screen));
-        const Selected selectedPen(dc, pen.get());
-        const Selected selectedBrush(dc, brush.get());
-        Rectangle(dc, box.left, box.top, box.right, box.bottom);
-    }
-    const TextStyle style(dc, colour);
-    DrawTextA(dc, name.c_str(), static_cast<int>(name.size()), &box,
-              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+void drawFrame(HDC dc, const RECT& box, int width, Colour line, Colour fill) {
+    const Pen pen(CreatePen(PS_INSIDEFRAME, width, line));
+    const Brush brush(CreateSolidBrush(fill));
+    const Selected selectedPen(dc, pen.get());
+    const Selected selectedBrush(dc, brush.get());
+    Rectangle(dc, box.left, box.top, box.right, box.bottom);
 }
 
-void drawMarker(HDC dc, const RadarScene& scene, const RadarMarker& marker, const ConstImageView& glow) {
-    const CanvasPoint at = markerPosition(scene.geometry, marker);
+Artwork copyOf(const ConstImageView& part) {
+    GlobalBlock copy = createImage(part.width, part.height, 24);
+    {
+        const LockedImage image(copy.get());
+        if (!image)
+            throw std::bad_alloc();
+        layImage(image.view(), part, 0, 0);
+    }
+    return Artwork(std::move(copy));
+}
+
+// Takes the label from the board, which is black before and after.
+void drawLabel(MarkerPicture& picture, const ScopedCanvas& board, const RadarParameters& p,
+               const RadarGeometry& geometry, const std::string& name) {
+    const HDC dc = board.dc();
+    const int length = static_cast<int>(name.size());
+    SIZE text{};
+    GetTextExtentPoint32A(dc, name.c_str(), length, &text);
+    RECT box = labelBox(geometry.centre, picture.at, text);
+    const ImageView part = cropped(board.pixels(), box.left, box.top, box.right, box.bottom);
+    if (part.height == 0)
+        return;
+    drawFrame(dc, box, geometry.unit, kWhite, kWhite);
+    picture.labelCover = coverIn(board.pixels(), {box.left, box.top, box.right, box.bottom});
+    picture.labelCorner = {std::max<int>(box.left, 0), std::max<int>(box.top, 0)};
+    drawFrame(dc, box, geometry.unit, p.marker, p.screen);
+    const TextStyle style(dc, p.marker);
+    DrawTextA(dc, name.c_str(), length, &box, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    picture.label = copyOf(part);
+    fillRuns(board.pixels(), picture.labelCover, 0);
+}
+
+std::vector<MarkerPicture> drawMarkers(const RadarParameters& p, const RadarGeometry& geometry) {
+    std::vector<MarkerPicture> pictures;
+    if (p.markers.empty())
+        return pictures;
+    const ScopedCanvas board(geometry.width, geometry.height);
+    if (!board)
+        throw std::bad_alloc();
+    const Font font = boldArial(p.labelHeight, 0);
+    const Selected selectedFont(board.dc(), font.get());
+    for (const RadarMarker& marker : p.markers) {
+        MarkerPicture& picture = pictures.emplace_back();
+        picture.at = markerPosition(geometry, marker);
+        if (!marker.name.empty())
+            drawLabel(picture, board, p, geometry, marker.name);
+    }
+    return pictures;
+}
+
+// What is the same for every frame.
+struct RadarScene {
+    RadarParameters parameters;
+    RadarGeometry geometry;
+    ConstImageView graticule;
+    std::vector<PixelRun> graticuleInk;
+    Artwork ground; // the panel and the dark screen
+    SweepGlow glow;
+    std::vector<MarkerPicture> markers;
+    Artwork picture; // the frame that is being drawn
+};
+
+Artwork drawGround(const RadarParameters& p, const RadarGeometry& geometry) {
+    ScopedCanvas ground(geometry.width, geometry.height);
+    if (!ground)
+        return Artwork(GlobalBlock());
+    fillRectangle(ground.dc(), ground.bounds(), p.background);
+    fillDisc(ground.dc(), pointOf(geometry.centre), kRadarScreenRadius, p.screen);
+    return Artwork(ground.finish());
+}
+
+// Where the sweep may be.
+ImageView sweptPart(const ImageView& image, const RadarGeometry& geometry) {
+    const auto [x, y] = geometry.centre;
+    const int reach = kRadarSweepRadius + 2 * geometry.unit;
+    return cropped(image, x - reach, y - reach, x + reach, y + reach);
+}
+
+void drawMarker(const ImageView& picture, const RadarScene& scene, const MarkerPicture& marker) {
+    const CanvasPoint at = marker.at;
+    const ConstImageView& glow = scene.glow.view();
     Colour colour = scene.parameters.marker;
     if (scene.parameters.pingMarkers && glow.contains(at.x, at.y))
         colour = mixColours(colour, scene.parameters.scale, *glow.pixel(at.x, at.y));
-    fillRectangle(dc, {at.x - kMarkerHalfSide, at.y - kMarkerHalfSide, at.x + kMarkerHalfSide, at.y + kMarkerHalfSide},
-                  colour);
-    if (!marker.name.empty())
-        drawLabel(dc, scene, marker.name, at);
+    const ShapeBox place{double(at.x), double(at.y), double(at.x), double(at.y)};
+    paintBox(picture, place.inset(-kMarkerHalfSide), 0, Edges::Hard,
+             [colour](double, double) { return Paint{colour}; });
+    if (marker.label)
+        layRuns(picture, marker.labelCover, marker.label.view(), marker.labelCorner);
 }
 
 // One frame with the sweep's leading edge at `angle` degrees.
-GlobalBlock renderFrame(const RadarScene& scene, int angle) {
+GlobalBlock renderFrame(RadarScene& scene, int angle) {
     const RadarGeometry& geometry = scene.geometry;
-    ScopedCanvas picture(geometry.width, geometry.height);
-    const ScopedCanvas glow(geometry.width, geometry.height);
-    if (!picture || !glow)
+    const RadarParameters& p = scene.parameters;
+    if (!scene.glow || !scene.ground || !scene.picture)
         return {};
-    drawScreen(picture, scene);
-    drawSweep(glow, scene, angle);
-    blendColourThroughMask(picture.pixels(), glow.pixels(), 0, 0, scene.parameters.trace);
-    blendInk(picture.pixels(), scene.graticule, geometry.pad, geometry.pad, scene.parameters.scale);
-    for (const RadarMarker& marker : scene.parameters.markers)
-        drawMarker(picture.dc(), scene, marker, glow.pixels());
-    return reducedOrUnchanged(picture.finish(), geometry.percent);
+    scene.glow.draw(sweepLines(geometry, angle, p.traceAngle, sweepDirection(p.increment)));
+    const ImageView& picture = scene.picture.view();
+    layImage(picture, scene.ground.view(), 0, 0);
+    blendColourThroughMask(sweptPart(picture, geometry), sweptPart(scene.glow.view(), geometry), 0, 0, p.trace);
+    blendInkRuns(picture, scene.graticule, scene.graticuleInk, {geometry.pad, geometry.pad}, p.scale);
+    for (const MarkerPicture& marker : scene.markers)
+        drawMarker(picture, scene, marker);
+    return reducedCopy(picture, geometry.percent);
+}
+
+RadarScene makeScene(HWND dialog, const ConstImageView& graticule) {
+    const RadarParameters p = readParameters(dialog);
+    const RadarGeometry geometry = radarGeometry(graticule.width, graticule.height, p.size, p.padding);
+    return {p,
+            geometry,
+            graticule,
+            inkRuns(graticule),
+            drawGround(p, geometry),
+            SweepGlow(geometry),
+            drawMarkers(p, geometry),
+            Artwork(createImage(geometry.width, geometry.height, 24))};
 }
 
 // The outline of the round screen, reduced as the frames are.
@@ -162,14 +289,9 @@ GlobalBlock renderOutline(const RadarGeometry& geometry) {
 
 class RadarSequence : public FrameSequence {
 public:
-    RadarSequence(HWND dialog, Artwork graticule) : FrameSequence(dialog), graticule_(std::move(graticule)) {
-        scene_.parameters = readParameters(dialog);
-        scene_.graticule = graticule_.view();
-        scene_.geometry = radarGeometry(scene_.graticule.width, scene_.graticule.height, scene_.parameters.size,
-                                        scene_.parameters.padding);
-        scene_.labelFont = boldArial(scene_.parameters.labelHeight, 0);
-        increment_ = clampIncrement(scene_.parameters.increment);
-    }
+    RadarSequence(HWND dialog, Artwork graticule)
+        : FrameSequence(dialog), graticule_(std::move(graticule)), scene_(makeScene(dialog, graticule_.view())),
+          increment_(clampIncrement(scene_.parameters.increment)) {}
 
     int frames() const override { return sweepFrameCount(increment_); }
     GlobalBlock render(int index) override { return renderFrame(scene_, index * increment_); }
@@ -184,8 +306,8 @@ public:
 
 private:
     Artwork graticule_;
-    int increment_ = 1;
     RadarScene scene_;
+    int increment_;
 };
 
 } // namespace

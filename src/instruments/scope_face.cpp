@@ -4,6 +4,7 @@
 #include "instruments/frame_loop.h"
 #include "render/frame_image.h"
 #include "render/glow.h"
+#include "render/reduced_copy.h"
 #include "render/scale_grid.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
@@ -51,8 +52,8 @@ Colour scopeBackground(HWND dialog, const ScopeControls& controls) {
 }
 
 ScopeFace::ScopeFace(HWND dialog, const ScopeControls& controls, const ScopeParameters& parameters)
-    : geometry_(scopeGeometry(parameters)), trace_(readColour(dialog, controls.trace)),
-      screen_(readColour(dialog, controls.screen)) {
+    : geometry_(scopeGeometry(parameters)), picture_(geometry_.width, geometry_.height),
+      trace_(readColour(dialog, controls.trace)), screen_(readColour(dialog, controls.screen)) {
     if (isChecked(dialog, controls.useScale))
         scale_ = readColour(dialog, controls.scale);
     if (parameters.useBezel && geometry_.width > 0 && geometry_.height > 0)
@@ -61,15 +62,14 @@ ScopeFace::ScopeFace(HWND dialog, const ScopeControls& controls, const ScopePara
 }
 
 GlobalBlock ScopeFace::render(const std::function<void(const ScopedCanvas&)>& write) const {
-    ScopedCanvas picture(geometry_.width, geometry_.height);
-    if (!picture)
+    if (!picture_)
         return {};
-    fillRectangle(picture.dc(), picture.bounds(), screen_);
-    write(picture);
-    addGlow(picture.pixels(), geometry_.glowRadius);
+    fillRectangle(picture_.dc(), picture_.bounds(), screen_);
+    write(picture_);
+    addGlow(picture_.pixels(), geometry_.glowRadius);
     if (bezel_)
-        bezel_->draw(picture.pixels());
-    GlobalBlock frame = reducedOrUnchanged(picture.finish(), geometry_.reductionPercent);
+        bezel_->draw(picture_.pixels());
+    GlobalBlock frame = reducedCopy(picture_.pixels(), geometry_.reductionPercent);
     if (scale_)
         drawScale(frame, geometry_.grid, *scale_);
     return frame;

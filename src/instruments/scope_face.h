@@ -52,6 +52,7 @@ public:
 
 private:
     ScopeGeometry geometry_;
+    ScopedCanvas picture_; // the frame that is being drawn
     Colour trace_;
     Colour screen_;
     std::optional<Colour> scale_;

@@ -3,6 +3,7 @@
 #include "render/canvas.h"
 
 #include <cstring>
+#include <limits>
 #include <utility>
 
 namespace veldran {
@@ -10,10 +11,13 @@ namespace {
 
 constexpr int kCanvasBits = 24;
 
+// GDI counts a bitmap's bytes in 31 bits: Wine's draws beyond the memory of larger ones.
+constexpr std::size_t kMostBytes = std::numeric_limits<std::int32_t>::max();
+
 // The image block, locked for the canvas's life.
 bool attachImageBlock(Canvas& canvas, int width, int height) {
     const std::optional<std::size_t> bytes = packedBitmapBytes(width, height, kCanvasBits);
-    if (!bytes)
+    if (!bytes || *bytes > kMostBytes)
         return false;
     canvas.image = allocateGlobal(*bytes).release();
     if (canvas.image == nullptr)

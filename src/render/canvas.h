@@ -23,8 +23,8 @@ struct Canvas {
 
 inline constexpr std::uint32_t kKeepImage = 1;
 
-// 1 and a canvas filled with black, or 0 and a record with nothing in it (memory exhausted, or a side outside of 1 to
-// 65535).
+// 1 and a canvas filled with black, or 0 and a record with nothing in it (memory exhausted, a side outside of 1 to
+// 65535, or a picture of 2 GB and more).
 int createCanvas(int width, int height, Canvas& canvas);
 
 // Copies the pixels into the image block and releases everything but the block, which is freed too unless kKeepImage is

@@ -1,9 +1,15 @@
 // The radar's numbers: sizes, sweep, markers. End points were computed by a script with the radar's own pi of 3.14159.
 // Draws nothing.
 #include "instruments/radar_model.h"
+#include "instruments/shape_runs.h"
+#include "render/blend.h"
 #include "render/colour.h"
 
+#include "raster.h"
+
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace veldran {
 namespace {
@@ -111,6 +117,45 @@ TEST(RadarModel, PingMixesWithOneDivision) {
     EXPECT_EQ(mixColours(marker, scale, 255), scale);
     EXPECT_EQ(mixColours(marker, scale, 77), makeColour(216, 6, 67));
     EXPECT_EQ(mixColours(marker, marker, 128), marker); // two divisions would lose 1 here
+}
+
+// Lines with round ends and a notch, in all directions, some beyond the image.
+TEST(ShapeRuns, LinesAreFilledAsTheyWereDrawn) {
+    const CanvasPoint centre{40, 40};
+    for (int degrees = 0; degrees < 360; degrees += 15) {
+        const CanvasPoint end = handEnd(centre, 45, degrees);
+        Raster drawn(80, 80, 24, RowOrder::BottomUp);
+        Raster filled(80, 80, 24, RowOrder::BottomUp);
+        for (int y = 0; y < 80; ++y)
+            for (int x = 0; x < 80; ++x) {
+                const double along = ((x - 40) * (end.x - 40) + (y - 40) * (end.y - 40)) / (45.0 * 45);
+                const double t = std::clamp(along, 0.0, 1.0);
+                const double distance = std::hypot(x - 40 - t * (end.x - 40), y - 40 - t * (end.y - 40));
+                const bool notch = along > 0.5 && along < 0.6 && distance < 1;
+                std::fill_n(drawn.view.pixel(x, y), 3, distance <= 4.5 && !notch ? 255 : 0);
+                std::fill_n(filled.view.pixel(x, y), 3, 0);
+            }
+        fillRuns(filled.view, coverOfLine(drawn.view, centre, end, 8), 255);
+        EXPECT_EQ(filled.bytes, drawn.bytes) << degrees;
+        fillRuns(filled.view, coverIn(drawn.view, {-5, -5, 100, 100}), 0);
+        EXPECT_EQ(std::ranges::count(filled.bytes, 255), 0) << degrees;
+    }
+}
+
+TEST(ShapeRuns, PaperMakesNoDifference) {
+    Raster ink(23, 17, 8);
+    ink.fillRandom(1);
+    for (int y = 0; y < 17; ++y)
+        std::fill_n(ink.view.row(y) + y, 5, std::uint8_t{255});
+    for (const CanvasPoint at : {CanvasPoint{2, 1}, {-7, -3}, {30, 12}}) {
+        Raster whole(40, 20, 24);
+        whole.fillRandom(2);
+        Raster runs(40, 20, 24);
+        runs.fillRandom(2);
+        blendInk(whole.view, ink.view, at.x, at.y, 0x3070F0);
+        blendInkRuns(runs.view, ink.view, inkRuns(ink.view), at, 0x3070F0);
+        EXPECT_EQ(runs.bytes, whole.bytes) << at.x;
+    }
 }
 
 } // namespace

@@ -60,29 +60,23 @@ double brightness(const Frame& frame, double bearing) {
 
 TEST(Radar, SizeAndPaddingGiveTheFrameSize) {
     // Artwork pixels to one of the frame: 526 / size, cut. Sides: (526 + 2 x unit x padding) x (100 / unit cut) %.
-    const struct {
-        int size;
-        int padding;
-        int side;
-    } cases[] = {
-        {48, 2, 57},    // 10: 566 x 10 % is 56.6
-        {256, 10, 283}, // 2: 566 x 50 %
+    const int cases[][3] = {
         {175, 2, 178},  // 3: 538 x 33 % is 177.54
         {1000, 0, 267}, // limited to 256 and 2
         {0, 10, 73},    // limited to 48: 726 x 10 % is 72.6
     };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(testing::Message() << row.size << ' ' << row.padding);
+    for (const auto& [size, padding, side] : cases) {
+        SCOPED_TRACE(size);
         const std::vector<Frame> frames =
-            buildRadar(numbered("MainRadarSize", row.size) + numbered("MainRadarPadding", row.padding) +
+            buildRadar(numbered("MainRadarSize", size) + numbered("MainRadarPadding", padding) +
                        numbered("MainRadarIncrement", kSixty));
         ASSERT_EQ(frames.size(), 6u);
         for (const Frame& frame : frames) {
-            EXPECT_EQ(frame.width(), row.side);
-            EXPECT_EQ(frame.height(), row.side);
-            const int last = row.side - 1;
-            for (const Place corner : {Place{0, 0}, Place{last, 0}, Place{0, last}, Place{last, last}})
-                EXPECT_EQ(frame.colour(corner.x, corner.y), 0x606060u) << corner.x << ' ' << corner.y;
+            EXPECT_EQ(frame.width(), side);
+            EXPECT_EQ(frame.height(), side);
+            for (const int x : {0, side - 1})
+                for (const int y : {0, side - 1})
+                    EXPECT_EQ(frame.colour(x, y), 0x606060u) << x << ' ' << y;
         }
     }
 }
@@ -154,11 +148,9 @@ TEST(Radar, MarkerSquaresStandAtTheirPlaces) {
         const char* line;
         Place place; // artwork pixels from the middle, or beyond the frame
     } cases[] = {
-        {",90,50", {112, 0}},                                  // 112.99999 and 0.00015, cut: pi is a little short
-        {",0,100", {0, -226}},    {",270,25,99,99", {-55, 0}}, // a quarter is 56, cut again
-        {",45,120", {191, -191}},                              // 271 x 0.70711 is 191.6
-        {",-30,80", {-89, -155}},                              // 180 x 0.5 and 180 x 0.86603
-        {",abc,50", {0, 0}},
+        {",90,50", {112, 0}},        // 112.99999 and 0.00015, cut: pi is a little short
+        {",270,25,99,99", {-55, 0}}, // a quarter is 56, cut again
+        {",-30,80", {-89, -155}},    // 180 x 0.5 and 180 x 0.86603
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.line);
@@ -225,24 +217,20 @@ TEST(Radar, LabelsStandOnTheSideOfTheMiddle) {
     }
 }
 
-TEST(Radar, StrangeMarkersDoNoHarm) {
+TEST(Radar, MarkersOfItsOwnStrangeOnesAndNone) {
     const std::vector<std::string> lines = {
         "", "NAME", std::string(300, 'N') + ",10,50", "BIG,99999999999,-99999999999", "FAR,45,100000", "%s%n,1,1"};
     EXPECT_EQ(buildMarkers(lines).size(), 6u);
+    const Frame first = buildRadar("MainRadarSize = 256\nMainRadarIncrement = 33\nMainRadarPingMarkers = 0\n")[0];
+    for (const auto& [bearing, distance] : {std::pair{48, 48}, {210, 45}, {330, 80}}) { // of those that come with it
+        const Place at = placeAt(first, bearing, distance * 1.13);
+        EXPECT_EQ(first.colour(at.x, at.y), 0x0000FFu) << bearing;
+    }
     const std::vector<Frame> none = buildMarkers({});
     const std::vector<Frame> hidden = buildMarkers({"ABC,10,50"}, "MainRadarShowMarkers = 0\n");
     ASSERT_EQ(none.size(), 6u);
     ASSERT_EQ(hidden.size(), 6u);
     EXPECT_EQ(none[0].bitmap, hidden[0].bitmap);
-}
-
-TEST(Radar, TheSevenFirstMarkersAreThere) {
-    const Frame frame = buildRadar("MainRadarSize = 256\nMainRadarIncrement = 33\nMainRadarPingMarkers = 0\n")[0];
-    const int markers[][2] = {{48, 48}, {217, 88}, {97, 88}, {135, 78}, {210, 45}, {280, 64}, {330, 80}};
-    for (const auto& [bearing, distance] : markers) {
-        const Place at = placeAt(frame, bearing, distance * 1.13);
-        EXPECT_EQ(frame.colour(at.x, at.y), 0x0000FFu) << bearing;
-    }
 }
 
 } // namespace

@@ -80,13 +80,13 @@ TEST(Lissajous, TheTraceFollowsTheOscillations) {
 TEST(Lissajous, GlowFallsOffAsFarAsItSays) {
     const Frame frame = buildFigure("MainLissajousGlow = 64\nMainLissajousVert = 1\nMainLissajousSize = 200\n"
                                     "MainLissajousUseBezel = 0\nMainLissajousUseScale = 0\n")[0];
-    // From the circle's left side (110 - 100, 1 wide to each side) inwards; the radius is 66 canvas pixels.
+    // From the circle's left side inwards; the radius is 66 canvas pixels, the last of it too weak for a byte.
     int lit = 0;
     for (int x = 12; x < 110; ++x) {
         EXPECT_LE(frame.colour(x, 110), frame.colour(x - 1, 110)) << x;
         lit += frame.colour(x, 110) > 0;
     }
-    EXPECT_NEAR(lit, 26, 7); // the last of it is too weak for a byte
+    EXPECT_NEAR(lit, 26, 7);
 }
 
 TEST(Lissajous, BezelAndScaleTakeTheirPlaces) {
@@ -186,10 +186,7 @@ TEST(Countdown, FramesAreSecondsOrTenths) {
     const struct {
         int minutes, seconds, tenths;
         std::uint32_t flags, last, delay;
-    } cases[] = {{0, 0, 0, kDelayInHundredths, 0, 100},
-                 {0, 0, 1, 0, 0, 100},
-                 {0, 2, 1, kDelayInHundredths, 20, 10},
-                 {1, 2, 0, 0, 62, 1000}};
+    } cases[] = {{0, 0, 1, 0, 0, 100}, {0, 2, 1, kDelayInHundredths, 20, 10}, {1, 2, 0, 0, 62, 1000}};
     for (const auto& row : cases) {
         const Recording seen =
             build(kClock + line("MainCountdownMinutes", row.minutes) + line("MainCountdownSeconds", row.seconds) +

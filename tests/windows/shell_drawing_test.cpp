@@ -47,7 +47,8 @@ TEST_F(Shell, CanvasGivesItsImageAwayOnce) {
 }
 
 TEST_F(Shell, CanvasFailuresReleaseEverything) {
-    const SIZE sizes[] = {{0, 10}, {10, 0}, {-1, 10}, {10, -1}, {65536, 1}, {1, 65536}, {INT32_MAX, INT32_MAX}};
+    const SIZE sizes[] = {{0, 10},    {10, 0},    {-1, 10},       {10, -1},
+                          {65536, 1}, {1, 65536}, {28089, 26891}, {INT32_MAX, INT32_MAX}};
     const int before = object_count::drawingObjects();
     for (const SIZE& size : sizes) {
         SCOPED_TRACE(testing::Message() << size.cx << " x " << size.cy);
