@@ -2,6 +2,7 @@
 #include "host/nearest_colours.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace veldran {
 namespace {
@@ -36,7 +37,9 @@ std::array<std::int32_t, kSide> axisDistances(std::int32_t place, std::int32_t f
 } // namespace
 
 NearestColours::NearestColours(const Palette& palette, int count, int step)
-    : step_(step), stepShift_(step == 1 ? 0 : 3),
+    : step_(step), stepShift_(step == 1   ? 0
+                              : step == 2 ? 3
+                                          : 6),
       entries_(std::make_unique_for_overwrite<std::uint8_t[]>(kMortonColours >> stepShift_)),
       known_(kMortonColours >> stepShift_ >> kCubeShift) {
     static_assert(kSide == std::size_t{1} << kCubeBits);
@@ -82,15 +85,17 @@ void NearestColours::fillCube(std::uint32_t cube) {
 }
 
 int stepThatKeepsEntries(const Palette& palette, int count) {
-    // The middle of a cube of two levels is sqrt(3)/2 from its corners. Were another entry nearer to it than the one in
-    // the corner, the two would be less than sqrt(3) apart.
-    constexpr int kFarEnough = 3;
+    int least = std::numeric_limits<int>::max();
     for (int i = 0; i < count; ++i)
         for (int k = 0; k < i; ++k)
-            if (squaredDistance(palette[static_cast<std::size_t>(i)], palette[static_cast<std::size_t>(k)]) <
-                kFarEnough)
-                return 1;
-    return 2;
+            least = std::min(
+                least, squaredDistance(palette[static_cast<std::size_t>(i)], palette[static_cast<std::size_t>(k)]));
+    // The middle of a cube of n levels a side is (n - 1) / 2 x sqrt(3) from its corners. Were another entry nearer to
+    // it than one in a corner, the two would be less than twice that apart.
+    for (const int step : {4, 2})
+        if (least >= 3 * (step - 1) * (step - 1))
+            return step;
+    return 1;
 }
 
 } // namespace veldran

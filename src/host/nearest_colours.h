@@ -15,9 +15,9 @@ namespace veldran {
 class NearestColours {
 public:
     // The first `count` entries, 1 to 256, of `palette` take part. With `step` 1 the table has all 2^24 colours: 16 MB
-    // of address space, of which only the cubes that are asked for are touched. With `step` 2 the eight colours of a
-    // cube of two levels a side share the entry that is nearest to its middle: 2 MB, which caches hold. Throws
-    // std::bad_alloc.
+    // of address space, of which only the cubes that are asked for are touched. With `step` 2 or 4 the colours of a
+    // cube of so many levels a side share the entry that is nearest to its middle: 2 MB or 256 KB, which caches hold.
+    // Throws std::bad_alloc.
     NearestColours(const Palette& palette, int count, int step = 1);
 
     // The entry of least squared RGB distance, the lowest of equals. Channels are 0 to 255.

@@ -246,12 +246,12 @@ TEST(Dither, DiffusesErrorsRowByRowBackAndForth) {
     Palette palette{};
     const PaletteEntry five[] = {{0, 0, 0}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}, {255, 255, 255}};
     std::ranges::copy(five, palette.begin());
-    palette[5] = paletteEntry(makeColour(120, 40, 70)); // a perfect match that is not allowed
+    palette[5] = paletteEntry(makeColour(140, 30, 120)); // a perfect match that is not allowed
     const struct {
         Colour colour;
         std::vector<int> entries; // 6 x 4
-    } cases[] = {{makeColour(120, 40, 70), {0, 1, 0, 1, 0, 1, 3, 1, 3, 0, 4, 0, 1, 2, 1, 1, 3, 1, 3, 1, 0, 3, 1, 0}},
-                 {makeColour(90, 140, 200), {3, 4, 3, 4, 3, 4, 4, 3, 2, 3, 2, 3, 3, 4, 3, 4, 3, 4, 2, 3, 2, 4, 2, 3}},
+    } cases[] = {{makeColour(140, 30, 120), {1, 3, 1, 3, 1, 3, 3, 1, 3, 1, 3, 1, 1, 3, 1, 4, 0, 1, 1, 3, 1, 3, 1, 3}},
+                 {makeColour(190, 80, 130), {1, 4, 1, 3, 1, 4, 4, 0, 4, 1, 4, 1, 1, 3, 1, 3, 1, 3, 4, 1, 4, 1, 4, 1}},
                  {makeColour(150, 110, 30), {1, 2, 1, 2, 1, 2, 2, 1, 1, 2, 1, 1, 1, 2, 1, 4, 0, 2, 1, 2, 1, 2, 1, 1}},
                  {makeColour(0, 255, 0), std::vector<int>(24, 2)}};
     for (const int bits : {24, 32})
