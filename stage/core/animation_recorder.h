@@ -1,28 +1,10 @@
-// Takes an animation as the plugin delivers it and writes the files that were asked for, frame by frame.
-// Never asks what instrument it is, and never shows a half-written file under its final name.
+// Takes an animation as the plugin delivers it and makes a document of it: whole pictures, delays in milliseconds.
+// Never asks what instrument it is.
 #pragma once
 
-#include "core/arguments.h"
-#include "core/gif_writer.h"
-
-#include <memory>
+#include "core/animation.h"
 
 namespace stage {
-
-struct RecordingPlan {
-    OutputFormat format = OutputFormat::Gif;
-    std::filesystem::path outFile;                     // of a PNG recording the pattern: radar.png gives radar-0000.png
-    std::optional<std::filesystem::path> framesFolder; // for additional PNG files; made when missing
-};
-
-struct Recording {
-    std::string file; // as shown to the person
-    std::uint32_t frames = 0;
-    std::uint32_t width = 0;    // pixels
-    std::uint32_t height = 0;   // pixels
-    std::uint64_t bytes = 0;    // of the file, or of all numbered files
-    std::uint64_t duration = 0; // sum of the delays, in their unit
-};
 
 struct AnimationInfo {
     std::uint32_t width = 0;
@@ -32,41 +14,39 @@ struct AnimationInfo {
     std::uint32_t frameCount = 0;
 };
 
+enum class DelayUnit { Hundredths, Milliseconds };
+
 // Calls come in this order: announceDeltas or not, begin, setBackground..., addFrame..., addComment, finish. All throw
-// Failure: FileTrouble, PluginFailed for a wrong order or wrong data, WrongUsage for frames that the format cannot
-// hold.
+// Failure(PluginFailed) for a wrong order or wrong data.
 class AnimationRecorder {
 public:
-    // Opens or prepares what can be opened before there is a frame, so that trouble shows before the work is done.
-    explicit AnimationRecorder(RecordingPlan plan);
+    // `unit` is that of the delays of the frames that are added.
+    explicit AnimationRecorder(DelayUnit unit) : unit_(unit) {}
 
     // The transparent pixels of the frames mean "as in the frame before", not "nothing here".
     void announceDeltas() { deltas_ = true; }
     void begin(const AnimationInfo& info);
     // What stands behind the first frame: an entry of the palette, or a colour of its own.
     void setBackgroundIndex(std::uintptr_t index);
-    void setBackgroundColour(Rgb colour) { backgroundColour_ = colour; }
+    void setBackgroundColour(Rgb colour) { animation_.background = colour; }
+    // A frame smaller than the animation lies at its top left corner, with nothing beside it.
     void addFrame(Frame frame);
-    void addComment(std::string_view text);
-    // Puts the complete files into place.
-    Recording finish();
+    void addComment(std::string_view text) { animation_.comment = text; }
+    // The document, without `made`; the recorder is empty then.
+    Animation finish();
 
 private:
-    GifWriter& gif();
-    void putOnBackground(Frame& frame) const;
-    void writePng(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);
+    void fillHoles(Frame& frame) const;
+    Rgb backgroundFor(const Frame& frame) const;
 
-    RecordingPlan plan_;
-    std::unique_ptr<OutputFile> gifFile_;
-    std::unique_ptr<GifWriter> gifWriter_;
+    DelayUnit unit_;
     std::optional<AnimationInfo> info_;
-    std::uint8_t backgroundIndex_ = 0;
-    std::optional<Rgb> backgroundColour_;
+    std::optional<std::uint8_t> backgroundIndex_;
     bool deltas_ = false;
-    Recording recording_;
+    Animation animation_;
 };
 
-// The name of the file when none was given: the effect's name in lower case, dashes between its words ("radar.gif").
-std::string defaultFileName(std::string_view effectName, OutputFormat format);
+// The name of the file when none was given: the effect's name in lower case, dashes between its words ("radar").
+std::string defaultFileName(std::string_view effectName);
 
 } // namespace stage

@@ -98,6 +98,9 @@ void EffectCatalog::parseLine(std::span<const std::string_view> fields) {
         require(testButton_ == 0, "a second test button");
         testButton_ = requiredNumber(fields[2], "no control identity");
         require(testButton_ >= 1 && testButton_ <= 0xFFFF, "a control identity out of range");
+    } else if (fields[0] == "markers") {
+        require(fields.size() == 2 && !markersRow_, "markers of an unknown form");
+        markersRow_ = requiredNumber(fields[1], "no row number");
     } else if (fields[0] == "effect") {
         parseEffect(fields);
     } else if (fields[0] == "setting") {
@@ -141,6 +144,8 @@ void EffectCatalog::parseSetting(std::span<const std::string_view> fields) {
 void EffectCatalog::checkWhole() const {
     require(testButton_ != 0, "no test button");
     require(!effects_.empty(), "no effects");
+    require(!markersRow_ || std::ranges::find(effects_, *markersRow_, &Effect::row) != effects_.end(),
+            "markers of an effect that is not listed");
     for (const Setting& setting : settings_)
         require(!setting.owner || std::ranges::find(effects_, *setting.owner, &Effect::row) != effects_.end(),
                 "a setting of an effect that is not listed");

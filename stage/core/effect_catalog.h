@@ -42,6 +42,9 @@ public:
     // Control identity of the button that starts a test build.
     std::uint32_t testButton() const { return testButton_; }
 
+    // Whether the effect shows a list of markers, which is no setting.
+    bool hasMarkers(const Effect& effect) const { return markersRow_ == effect.row; }
+
     // By row number, by name without regard to case and with or without the trailing " *", or by the beginning of
     // exactly one name. Throws Failure(WrongUsage) naming what was meant.
     const Effect& findEffect(std::string_view nameOrRow) const;
@@ -59,6 +62,7 @@ private:
     std::vector<Effect> effects_;
     std::vector<Setting> settings_;
     std::uint32_t testButton_ = 0;
+    std::optional<std::uint32_t> markersRow_;
 };
 
 std::string_view kindName(SettingKind kind);

@@ -7,7 +7,7 @@
 
 namespace stage {
 
-enum class ExitCode : int { Done = 0, PluginFailed = 1, WrongUsage = 2, FileTrouble = 3 };
+enum class ExitCode : int { Done = 0, PluginFailed = 1, WrongUsage = 2, FileTrouble = 3, BatchIncomplete = 4 };
 
 class Failure : public std::runtime_error {
 public:

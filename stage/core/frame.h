@@ -31,7 +31,7 @@ struct Frame {
     PixelFormat format = PixelFormat::Indexed;
     Palette palette{};                            // of an Indexed frame
     std::vector<std::uint8_t> pixels;             // width * height * bytesPerPixel(format); red, green, blue, opacity
-    std::uint32_t delay = 0;                      // 1/100 s in a GIF, milliseconds otherwise
+    std::uint32_t delay = 0;                      // milliseconds
     std::optional<std::uint8_t> transparentIndex; // of an Indexed frame
 
     std::size_t rowBytes() const { return width * bytesPerPixel(format); }

@@ -4,8 +4,11 @@
 #include "core/failure.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <iterator>
+#include <random>
 #include <system_error>
+#include <type_traits>
 
 namespace stage {
 namespace {
@@ -17,6 +20,27 @@ std::string reasonOf(int errorNumber) {
 [[noreturn]] void failFor(const char* deed, const std::filesystem::path& path, const std::string& reason) {
     throw Failure(ExitCode::FileTrouble,
                   std::string("Cannot ") + deed + " \"" + utf8FromPath(path) + "\": " + reason + ".");
+}
+
+// Windows takes paths of 260 letters and more only in full, with this in front.
+std::filesystem::path systemPath(const std::filesystem::path& path) {
+    if constexpr (std::is_same_v<std::filesystem::path::value_type, wchar_t>) {
+        constexpr std::size_t kShort = 240; // leaves room for the names of unfinished files
+        std::error_code error;
+        std::filesystem::path whole = std::filesystem::absolute(path, error).lexically_normal().make_preferred();
+        const auto& text = whole.native();
+        const bool isOnDrive = text.size() > 1 && text[1] == ':';
+        if (!error && isOnDrive && text.size() >= kShort)
+            return std::filesystem::path("\\\\?\\") += whole;
+    }
+    return path;
+}
+
+// Beside the target, so that taking its place is one step. Two programs never choose the same name.
+std::filesystem::path unfinishedName(const std::filesystem::path& target) {
+    char name[32];
+    std::snprintf(name, sizeof(name), "stage-%08x.part", std::random_device{}());
+    return target.parent_path() / name;
 }
 
 } // namespace
@@ -32,10 +56,10 @@ std::string utf8FromPath(const std::filesystem::path& path) {
 
 std::string readFile(const std::filesystem::path& path) {
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored))
+    if (std::filesystem::is_directory(systemPath(path), ignored))
         failFor("read", path, reasonOf(EISDIR));
     errno = 0;
-    std::ifstream stream(path, std::ios::binary);
+    std::ifstream stream(systemPath(path), std::ios::binary);
     std::string content{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     if (!stream.is_open() || stream.bad())
         failFor("read", path, reasonOf(errno));
@@ -44,7 +68,7 @@ std::string readFile(const std::filesystem::path& path) {
 
 void writeFile(const std::filesystem::path& path, std::string_view content) {
     errno = 0;
-    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    std::ofstream stream(systemPath(path), std::ios::binary | std::ios::trunc);
     stream << content;
     stream.close();
     if (!stream)
@@ -53,65 +77,82 @@ void writeFile(const std::filesystem::path& path, std::string_view content) {
 
 void makeFolder(const std::filesystem::path& folder) {
     std::error_code error;
-    std::filesystem::create_directories(folder, error);
+    std::filesystem::create_directories(systemPath(folder), error);
     if (error)
         failFor("make the folder", folder, error.message());
 }
 
-OutputFile::OutputFile(std::filesystem::path target) : target_(std::move(target)), part_(target_) {
-    part_ += ".part";
+OutputFile::OutputFile(std::filesystem::path target)
+    : target_(std::move(target)), part_(unfinishedName(systemPath(target_))) {
     std::error_code ignored;
-    if (std::filesystem::is_directory(target_, ignored))
+    if (std::filesystem::is_directory(systemPath(target_), ignored))
         fail(reasonOf(EISDIR));
+    if (target_.filename().native().size() > 255)
+        fail(reasonOf(ENAMETOOLONG));
     errno = 0;
     stream_.open(part_, std::ios::binary | std::ios::trunc);
-    if (!stream_)
-        fail(reasonOf(errno));
+    check();
 }
 
 OutputFile::~OutputFile() {
-    if (stream_.is_open()) {
-        stream_.close();
-        std::error_code ignored;
-        std::filesystem::remove(part_, ignored);
-    }
+    if (part_.empty())
+        return;
+    stream_.close();
+    std::error_code ignored;
+    std::filesystem::remove(part_, ignored);
 }
 
 void OutputFile::fail(const std::string& reason) const {
     failFor("write", target_, reason);
 }
 
+void OutputFile::check() const {
+    if (!stream_)
+        fail(reasonOf(errno));
+}
+
 void OutputFile::write(std::span<const std::uint8_t> bytes) {
     errno = 0;
     stream_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!stream_)
-        fail(reasonOf(errno));
+    check();
     size_ += bytes.size();
 }
 
+void OutputFile::rewrite(std::uint64_t position, std::span<const std::uint8_t> bytes) {
+    errno = 0;
+    stream_.seekp(static_cast<std::streamoff>(position));
+    stream_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    stream_.seekp(static_cast<std::streamoff>(size_));
+    check();
+}
+
 void OutputFile::stepBack(std::uint64_t count) {
-    stream_.seekp(-static_cast<std::streamoff>(count), std::ios::end);
-    if (!stream_)
-        fail(reasonOf(errno));
+    errno = 0;
     size_ -= count;
+    stream_.seekp(static_cast<std::streamoff>(size_));
+    check();
 }
 
 void OutputFile::flush() {
     errno = 0;
-    if (!stream_.flush())
-        fail(reasonOf(errno));
+    stream_.flush();
+    check();
+}
+
+void OutputFile::close() {
+    errno = 0;
+    stream_.close();
+    check();
 }
 
 void OutputFile::commit() {
-    flush();
-    stream_.close();
+    if (stream_.is_open())
+        close();
     std::error_code error;
-    std::filesystem::rename(part_, target_, error);
-    if (!error)
-        return;
-    std::error_code ignored;
-    std::filesystem::remove(part_, ignored);
-    fail(error.message());
+    std::filesystem::rename(part_, systemPath(target_), error);
+    if (error)
+        fail(error.message());
+    part_.clear();
 }
 
 } // namespace stage

@@ -2,11 +2,12 @@
 // Never harms what stood at the target before.
 #pragma once
 
-#include <cstdint>
+#include "core/byte_sink.h"
+
 #include <filesystem>
 #include <fstream>
-#include <span>
 #include <string>
+#include <string_view>
 
 namespace stage {
 
@@ -22,28 +23,33 @@ void writeFile(const std::filesystem::path& path, std::string_view content);
 // With all folders above it, where missing. Throws as above.
 void makeFolder(const std::filesystem::path& folder);
 
-class OutputFile {
+class OutputFile final : public ByteSink {
 public:
-    // Creates `target` with ".part" appended. Throws Failure(FileTrouble) with the system's reason, as all members do.
+    // Creates a file of an unused name, ending in ".part", in the target's folder. Throws Failure(FileTrouble) with the
+    // system's reason, as all members do.
     explicit OutputFile(std::filesystem::path target);
     // Removes the unfinished file unless commit() succeeded.
-    ~OutputFile();
+    ~OutputFile() override;
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    void write(std::span<const std::uint8_t> bytes);
-    // The next write begins `count` bytes before the end.
-    void stepBack(std::uint64_t count);
-    void flush();
+    void write(std::span<const std::uint8_t> bytes) override;
+    void rewrite(std::uint64_t position, std::span<const std::uint8_t> bytes) override;
+    void stepBack(std::uint64_t count) override;
+    void flush() override;
+    std::uint64_t size() const override { return size_; }
+
+    // Nothing more will be written.
+    void close();
     // Closes the file and renames it to the target, replacing what was there.
     void commit();
-    std::uint64_t size() const { return size_; }
 
 private:
     [[noreturn]] void fail(const std::string& reason) const;
+    void check() const;
 
     std::filesystem::path target_;
-    std::filesystem::path part_;
+    std::filesystem::path part_; // empty once committed
     std::ofstream stream_;
     std::uint64_t size_ = 0;
 };

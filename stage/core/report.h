@@ -1,16 +1,52 @@
-// What is printed for people: the list of effects, the summary of a render, the progress of a render.
-// Never prints itself: every function answers text, so that it can be tested and sent anywhere.
+// What is printed for people, and for scripts as JSON: effects, the summary of a render, its progress, what a file
+// holds. Never prints itself: every function answers text, so that it can be tested and sent anywhere.
 #pragma once
 
-#include "core/animation_recorder.h"
+#include "core/animation_reader.h"
 #include "core/effect_catalog.h"
+#include "core/failure.h"
+#include "core/timing.h"
 
 namespace stage {
 
 std::string listText(const EffectCatalog& catalog);
 
-// One aligned line each: file, frames, size, bytes, duration, seconds taken.
-std::string summaryText(const Recording& recording, std::uint32_t delaysPerSecond, double secondsTaken);
+struct FileReport {
+    OutputFormat format = OutputFormat::Gif;
+    std::string file; // as shown to the person
+    std::uint64_t bytes = 0;
+    PlayingTime time;
+};
+
+struct RenderReport {
+    std::string effect;
+    std::uint32_t width = 0;  // pixels
+    std::uint32_t height = 0; // pixels
+    std::size_t frames = 0;
+    std::vector<FileReport> files;
+    std::vector<std::string> warnings;
+    double secondsTaken = 0;
+};
+
+// What a person should know before giving such a file away: how browsers show it otherwise than it says.
+std::optional<std::string> browserWarning(const FileReport& file, std::size_t frames);
+
+// One aligned line each: file and bytes of every file, frames, size, duration, seconds taken. Warnings are not in it.
+std::string summaryText(const RenderReport& report);
+// One line of JSON, as the next ones.
+std::string summaryJson(const RenderReport& report);
+std::string failureJson(const Failure& failure);
+
+// What a file holds, frame by frame. `bytes` is the file's size.
+std::string inspectionText(const AnimationFile& file, const std::string& name, std::uint64_t bytes);
+std::string inspectionJson(const AnimationFile& file, const std::string& name, std::uint64_t bytes);
+
+struct BatchFailure {
+    std::size_t line = 0;
+    std::string message;
+};
+std::string batchText(std::size_t renders, std::span<const BatchFailure> failures);
+std::string batchJson(std::size_t renders, std::span<const BatchFailure> failures);
 
 enum class ProgressStyle { RedrawnLine, PlainLines };
 

@@ -26,14 +26,8 @@ std::uint32_t swapRedAndBlue(std::uint32_t colour) {
     return (colour & 0x0000FF) << 16 | (colour & 0x00FF00) | (colour & 0xFF0000) >> 16;
 }
 
-std::optional<std::uint32_t> parseColour(std::string_view value) {
-    if (value.starts_with('#')) {
-        const auto colour = parseNumber(value.substr(1), NumberBase::Hexadecimal);
-        return colour && value.size() == 7 ? std::optional(swapRedAndBlue(*colour)) : std::nullopt;
-    }
-    if (value.starts_with("0x") || value.starts_with("0X"))
-        return parseNumber(value.substr(2), NumberBase::Hexadecimal);
-    return parseNumber(value);
+std::optional<std::uint32_t> upToLargest(std::optional<std::uint32_t> colour) {
+    return colour && *colour > kLargestColour ? std::nullopt : colour;
 }
 
 std::optional<std::string> storedFlag(std::string_view value) {
@@ -45,8 +39,6 @@ std::optional<std::string> storedFlag(std::string_view value) {
 
 std::optional<std::string> storedNumber(const Setting& setting, std::optional<std::uint32_t> number) {
     std::uint32_t largest = setting.maximum.value_or(0xFFFFFFFF);
-    if (setting.kind == SettingKind::Colour)
-        largest = std::min(largest, kLargestColour);
     if (setting.kind == SettingKind::Choice)
         largest = std::min(largest, static_cast<std::uint32_t>(setting.choices.size() - 1));
     if (!number || *number < setting.minimum.value_or(0) || *number > largest)
@@ -83,6 +75,16 @@ std::string allowedChoices(const Setting& setting) {
 }
 
 } // namespace
+
+std::optional<std::uint32_t> parseColour(std::string_view value) {
+    if (value.starts_with('#')) {
+        const auto colour = parseNumber(value.substr(1), NumberBase::Hexadecimal);
+        return colour && value.size() == 7 ? std::optional(swapRedAndBlue(*colour)) : std::nullopt;
+    }
+    if (value.starts_with("0x") || value.starts_with("0X"))
+        return upToLargest(parseNumber(value.substr(2), NumberBase::Hexadecimal));
+    return upToLargest(parseNumber(value));
+}
 
 std::string allowedValues(const Setting& setting) {
     switch (setting.kind) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/effect_catalog.h"
+#include "core/frame.h"
 
 #include <functional>
 
@@ -17,6 +18,14 @@ std::string checkedValue(const Setting& setting, std::string_view value, const T
 
 // What may be given, as words: "a whole number from 1 to 360".
 std::string allowedValues(const Setting& setting);
+
+// A colour as a person gives it, #RRGGBB, 0xBBGGRR or decimal, as the configuration file stores it: 0x00BBGGRR. Nothing
+// when it is none.
+std::optional<std::uint32_t> parseColour(std::string_view value);
+constexpr Rgb rgbFromColour(std::uint32_t stored) {
+    return {static_cast<std::uint8_t>(stored), static_cast<std::uint8_t>(stored >> 8),
+            static_cast<std::uint8_t>(stored >> 16)};
+}
 
 // A stored value as a person would give it: colours as #RRGGBB, all others unchanged.
 std::string shownValue(const Setting& setting, const std::string& stored);

@@ -10,27 +10,22 @@ namespace stage {
 namespace {
 
 constexpr char kEndOfTextFile = 0x1A;
-constexpr std::string_view kTrueColour = "Truecolour";
-constexpr std::string_view kAlpha = "MainAlphaTrans";
+// Notes to the plugin's reader, which passes over them.
+constexpr std::string_view kForGif = "; delays in hundredths of a second";
+constexpr std::string_view kForPng = "; delays in milliseconds";
 
-// As the plugin converts it: the leading decimal digits, 0 without any.
-bool isNonZero(std::string_view value) {
-    const std::string_view digits = value.substr(0, value.find_first_not_of("0123456789"));
-    return digits.find_first_not_of('0') != std::string_view::npos;
-}
+struct Line {
+    std::string_view key;
+    std::string_view value;
+};
 
-// The last line with the key counts; without one the default.
-bool isSwitchedOn(const EffectCatalog& catalog, std::string_view text, std::string_view key) {
-    const Setting* setting = catalog.settingNamed(key);
-    bool on = setting != nullptr && isNonZero(setting->defaultValue);
-    for (std::string_view line : split(text, '\n')) {
-        if (line.substr(0, line.find_first_of(" =\r\t")) != key)
-            continue;
-        line.remove_prefix(key.size());
-        line.remove_prefix(std::min(line.find_first_not_of(" ="), line.size()));
-        on = isNonZero(line);
-    }
-    return on;
+// As the plugin takes a line apart.
+Line partsOf(std::string_view line) {
+    line = line.substr(0, line.find('\r'));
+    const std::size_t end = std::min(line.find_first_of(" =\t"), line.size());
+    Line parts{line.substr(0, end), line.substr(end)};
+    parts.value.remove_prefix(std::min(parts.value.find_first_not_of(" ="), parts.value.size()));
+    return parts;
 }
 
 } // namespace
@@ -46,17 +41,64 @@ std::string composeSettings(std::string_view iniText, std::span<const KeyValue> 
     return text + std::string(kEffectKey) + " = " + std::to_string(effectRow) + "\n";
 }
 
-std::optional<std::string> trueColourKey(const EffectCatalog& catalog, std::string_view text, BuildButton button) {
-    if (isSwitchedOn(catalog, text, kTrueColour))
-        return std::string(kTrueColour);
-    if (button == BuildButton::Build && isSwitchedOn(catalog, text, kAlpha))
-        return std::string(kAlpha);
+std::optional<std::uint32_t> effectRowIn(std::string_view iniText) {
+    std::optional<std::uint32_t> row;
+    for (const std::string_view line : split(iniText, '\n'))
+        if (const Line parts = partsOf(line); parts.key == kEffectKey)
+            row = parseNumber(parts.value);
+    return row;
+}
+
+std::optional<OutputFormat> editorIn(std::string_view settings) {
+    for (const std::string_view line : split(settings, '\n')) {
+        if (line == kForGif)
+            return OutputFormat::Gif;
+        if (line == kForPng)
+            return OutputFormat::Png;
+    }
     return std::nullopt;
 }
 
-std::string trueColourRefusal() {
-    return "Frames in true colour or with opacity cannot be written into a GIF file. Give --as png, or --set "
-           "Truecolour=0 and --set MainAlphaTrans=0.";
+std::string settingsToRemember(const EffectCatalog& catalog, std::string_view iniText, const Effect& effect,
+                               OutputFormat editor, const std::function<bool(std::string_view)>& isDefaultFile) {
+    std::vector<std::string_view> keys; // some stand twice
+    std::string text(editor == OutputFormat::Gif ? kForGif : kForPng);
+    text += '\n';
+    for (const std::string_view line : split(iniText, '\n')) {
+        const Line parts = partsOf(line);
+        const Setting* setting = catalog.settingNamed(parts.key);
+        if (setting == nullptr || parts.key == kEffectKey || parts.value == setting->defaultValue ||
+            (setting->owner && setting->owner != effect.row) || std::ranges::find(keys, parts.key) != keys.end() ||
+            (setting->kind == SettingKind::File && isDefaultFile(parts.value)))
+            continue;
+        keys.push_back(parts.key);
+        text.append(parts.key).append(" = ").append(parts.value) += '\n';
+    }
+    return text + std::string(kEffectKey) + " = " + std::to_string(effect.row) + "\n";
+}
+
+RecalledSettings recalledSettings(const EffectCatalog& catalog, std::string_view settings, const TextEncoder& encode) {
+    RecalledSettings recalled;
+    for (const std::string_view line : split(settings, '\n')) {
+        const Line parts = partsOf(line);
+        if (parts.key.empty() || parts.key.starts_with(';') || parts.key == kEffectKey)
+            continue;
+        const Setting* setting = catalog.settingNamed(parts.key);
+        const bool isElsewhere = setting != nullptr && setting->kind == SettingKind::File &&
+                                 (parts.value.starts_with("\\\\") || parts.value.starts_with("//"));
+        if (setting == nullptr || isElsewhere) {
+            recalled.refusals.push_back("The line \"" + std::string(line) + "\" of the file " +
+                                        (isElsewhere ? "names a file on another machine" : "has an unknown key") +
+                                        " and was left out.");
+            continue;
+        }
+        try {
+            recalled.settings.push_back({setting->key, checkedValue(*setting, parts.value, encode)});
+        } catch (const Failure& failure) {
+            recalled.refusals.push_back(std::string(failure.what()) + " The line of the file was left out.");
+        }
+    }
+    return recalled;
 }
 
 } // namespace stage

@@ -9,6 +9,7 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -66,6 +67,14 @@ std::vector<std::string> placeDefaultFiles(HMODULE plugin, OutputFormat format) 
         }
     }
     return failures;
+}
+
+bool isDefaultFile(std::string_view path, OutputFormat format) {
+    const fs::path file = pathFromUtf8(std::string(path));
+    return std::ranges::any_of(kDefaultFiles, [&](const DefaultFile& known) {
+        const std::wstring place = (documentsFolder(format) / known.name).make_preferred().native();
+        return CompareStringOrdinal(place.c_str(), -1, file.c_str(), -1, TRUE) == CSTR_EQUAL;
+    });
 }
 
 } // namespace stage

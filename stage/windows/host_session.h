@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/animation_recorder.h"
+#include "core/arguments.h"
 #include "core/report.h"
 #include "host/plugin_abi.h"
 

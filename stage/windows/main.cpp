@@ -1,32 +1,103 @@
 // stage: renders the plugin's animations from the command line.
 // Knows the verbs only; everything else is in its own file.
+#include "core/animation_reader.h"
 #include "core/arguments.h"
+#include "core/batch.h"
 #include "core/failure.h"
+#include "core/output_file.h"
 #include "core/report.h"
 #include "windows/console.h"
+#include "windows/crash_report.h"
 #include "windows/plugin_library.h"
 #include "windows/render.h"
 #include "windows/wide_text.h"
 
+#include <new>
+
 namespace stage {
 namespace {
 
-void run(std::span<const std::string> words) {
-    const Arguments arguments = parseArguments(words);
-    if (arguments.verb == Verb::Help) {
-        print(Stream::Output, usageText());
-        return;
-    }
-    const PluginLibrary plugin = PluginLibrary::load(programFolder() / "veldran1_x64.dll");
-    if (arguments.verb == Verb::List)
-        print(Stream::Output, listText(plugin.catalog()));
-    else
-        render(plugin, arguments.render);
+PluginLibrary loadPlugin() {
+    return PluginLibrary::load(programFolder() / "veldran1_x64.dll");
 }
 
-int report(ExitCode code, const std::string& message) {
+void tell(const std::string& message) {
     print(Stream::Error, "stage: " + message + (message.ends_with('\n') ? "" : "\n"));
-    return static_cast<int>(code);
+}
+
+void renderAndReport(const PluginLibrary& plugin, const RenderOptions& options, ReportStyle style) {
+    const RenderReport report = render(plugin, options);
+    for (const std::string& warning : report.warnings)
+        tell(warning);
+    print(Stream::Output, style == ReportStyle::Json ? summaryJson(report) : summaryText(report));
+}
+
+// A failure of any kind as one that has an exit code.
+Failure failureOf(const std::exception& exception) {
+    if (const auto* failure = dynamic_cast<const Failure*>(&exception))
+        return *failure;
+    if (dynamic_cast<const std::bad_alloc*>(&exception) != nullptr)
+        return {ExitCode::PluginFailed, "There is not enough memory."};
+    return {ExitCode::PluginFailed, exception.what()};
+}
+
+void report(const Failure& failure, ReportStyle style) {
+    tell(failure.what());
+    if (style == ReportStyle::Json)
+        print(Stream::Output, failureJson(failure));
+}
+
+RenderOptions renderOptionsOf(BatchLine line) {
+    if (line.words.front() != "render")
+        line.words.insert(line.words.begin(), "render");
+    const Arguments arguments = parseArguments(line.words);
+    if (arguments.verb != Verb::Render)
+        throw Failure(ExitCode::WrongUsage, "The line asks for help, not for a render.");
+    return arguments.render;
+}
+
+ExitCode batch(const PluginLibrary& plugin, const std::string& file, ReportStyle style) {
+    const std::vector<BatchLine> lines = parseBatch(readFile(pathFromUtf8(file)));
+    std::vector<BatchFailure> failures;
+    for (const BatchLine& line : lines) {
+        try {
+            renderAndReport(plugin, renderOptionsOf(line), style);
+        } catch (const std::exception& exception) {
+            const Failure failure = failureOf(exception);
+            report(failure, style);
+            failures.push_back({line.number, failure.what()});
+        }
+    }
+    print(Stream::Output,
+          style == ReportStyle::Json ? batchJson(lines.size(), failures) : batchText(lines.size(), failures));
+    return failures.empty() ? ExitCode::Done : ExitCode::BatchIncomplete;
+}
+
+void inspect(const std::string& name, ReportStyle style) {
+    const std::string content = readFile(pathFromUtf8(name));
+    const AnimationFile file = readAnimation({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
+    print(Stream::Output, style == ReportStyle::Json ? inspectionJson(file, name, content.size())
+                                                     : inspectionText(file, name, content.size()));
+}
+
+ExitCode run(const Arguments& arguments) {
+    switch (arguments.verb) {
+    case Verb::Help:
+        print(Stream::Output, usageText(arguments.helpOn));
+        break;
+    case Verb::List:
+        print(Stream::Output, listText(loadPlugin().catalog()));
+        break;
+    case Verb::Render:
+        renderAndReport(loadPlugin(), arguments.render, arguments.report);
+        break;
+    case Verb::Batch:
+        return batch(loadPlugin(), arguments.file, arguments.report);
+    case Verb::Inspect:
+        inspect(arguments.file, arguments.report);
+        break;
+    }
+    return ExitCode::Done;
 }
 
 } // namespace
@@ -34,15 +105,18 @@ int report(ExitCode code, const std::string& message) {
 
 int wmain(int count, wchar_t** words) {
     using namespace stage;
+    reportCrashes();
+    ReportStyle style = ReportStyle::Text;
     try {
-        std::vector<std::string> arguments;
+        std::vector<std::string> given;
         for (int i = 1; i < count; ++i)
-            arguments.push_back(utf8FromWide(words[i]));
-        run(arguments);
-        return static_cast<int>(ExitCode::Done);
-    } catch (const Failure& failure) {
-        return report(failure.code(), failure.what());
-    } catch (const std::exception& failure) {
-        return report(ExitCode::PluginFailed, failure.what());
+            given.push_back(utf8FromWide(words[i]));
+        const Arguments arguments = parseArguments(given);
+        style = arguments.report;
+        return static_cast<int>(run(arguments));
+    } catch (const std::exception& exception) {
+        const Failure failure = failureOf(exception);
+        report(failure, style);
+        return static_cast<int>(failure.code());
     }
 }

@@ -15,6 +15,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Where the plugin looks for its own files below the application-data folder.
+constexpr wchar_t kFolder[] = L"Korvel";
+constexpr wchar_t kSettings[] = L"VELDRAN1.INI";
+constexpr wchar_t kMarkers[] = L"VELDRAN1.MRK";
+
 constexpr std::string_view kNameStart = "veldran-stage-";
 constexpr std::size_t kBeginDigits = 16;
 
@@ -79,24 +84,38 @@ bool plainPathWorks(const fs::path& folder) {
     return told && fs::equivalent(fs::path(path), folder, ignored);
 }
 
+std::string contentOf(const fs::path& file) {
+    std::error_code ignored;
+    return fs::exists(file, ignored) ? readFile(file) : std::string();
+}
+
 } // namespace
 
-PrivateFolder::PrivateFolder(std::string_view settings) {
+PrivateFolder::PrivateFolder(std::string_view settings, const std::optional<std::string>& markers) {
     const fs::path parent = temporaryFolder();
     removeStaleFolders(parent);
     const std::string name = folderNameOf(GetCurrentProcessId());
     if (name.empty()) // the folder itself would be taken, and removed at the end
         throw Failure(ExitCode::FileTrouble, "The system does not tell when this program began.");
     path_ = parent / name;
-    const fs::path inner = path_ / "Korvel";
     try {
-        makeFolder(inner);
-        writeFile(inner / "VELDRAN1.INI", settings);
+        makeFolder(path_ / kFolder);
+        writeFile(path_ / kFolder / kSettings, settings);
+        if (markers)
+            writeFile(path_ / kFolder / kMarkers, *markers);
     } catch (...) {
         std::error_code ignored;
         fs::remove_all(path_, ignored);
         throw;
     }
+}
+
+std::string PrivateFolder::settings() const {
+    return contentOf(path_ / kFolder / kSettings);
+}
+
+std::string PrivateFolder::markers() const {
+    return contentOf(path_ / kFolder / kMarkers);
 }
 
 PrivateFolder::~PrivateFolder() {

@@ -7,6 +7,8 @@
 #include <shlobj.h>
 
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace stage {
@@ -14,13 +16,17 @@ namespace stage {
 class PrivateFolder {
 public:
     // Removes the folders of runs that are no more, then makes one holding `settings` as the plugin's configuration
-    // file. Throws Failure(FileTrouble).
-    explicit PrivateFolder(std::string_view settings);
+    // file and, when given, the lines of `markers` as its markers' file. Throws Failure(FileTrouble).
+    PrivateFolder(std::string_view settings, const std::optional<std::string>& markers);
     ~PrivateFolder();
     PrivateFolder(const PrivateFolder&) = delete;
     PrivateFolder& operator=(const PrivateFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
+    // The two files as the plugin left them, bytes of the system's code page; empty without such a file. Throws
+    // Failure(FileTrouble).
+    std::string settings() const;
+    std::string markers() const;
 
 private:
     std::filesystem::path path_;

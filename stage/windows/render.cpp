@@ -1,137 +1,160 @@
-// Rendering: settings, private folder, hidden dialog, files; see the header.
+// Rendering: from options to files; see the header.
 #include "windows/render.h"
 
+#include "core/animation_reader.h"
+#include "core/animation_recorder.h"
+#include "core/animation_writer.h"
 #include "core/failure.h"
+#include "core/output_file.h"
+#include "core/report.h"
 #include "core/setting_value.h"
 #include "core/settings_text.h"
+#include "windows/animation_build.h"
 #include "windows/console.h"
-#include "windows/default_files.h"
-#include "windows/dialog_driver.h"
-#include "windows/host_session.h"
-#include "windows/import_patch.h"
-#include "windows/private_folder.h"
 #include "windows/wide_text.h"
-
-#include <objbase.h>
 
 #include <chrono>
 
 namespace stage {
 namespace {
 
-// COM on this thread, for the shell and for decoding images.
-class ComApartment {
-public:
-    ComApartment() : ready_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-    ~ComApartment() {
-        if (ready_)
-            CoUninitialize();
-    }
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-
-private:
-    bool ready_;
+// What the settings and markers of a render begin with.
+struct Beginning {
+    std::string iniText;
+    std::vector<KeyValue> settings;
+    std::optional<std::uint32_t> effectRow;
+    std::optional<OutputFormat> editor;
+    std::optional<std::string> markers; // UTF-8
+    std::uint32_t plays = 0;
+    std::vector<std::string> warnings;
 };
 
-std::string settingsFor(const EffectCatalog& catalog, const RenderOptions& options, const Effect& effect) {
-    std::vector<KeyValue> checked;
+Beginning beginningLike(const EffectCatalog& catalog, const std::string& name) {
+    const std::string content = readFile(pathFromUtf8(name));
+    const Animation animation =
+        readAnimation({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()}).animation;
+    if (!animation.made)
+        throw Failure(ExitCode::WrongUsage, "The file \"" + name + "\" does not remember how it was made.");
+    RecalledSettings recalled = recalledSettings(catalog, animation.made->settings, systemFromUtf8);
+    return {{},
+            std::move(recalled.settings),
+            effectRowIn(animation.made->settings),
+            editorIn(animation.made->settings),
+            animation.made->markers,
+            animation.plays,
+            std::move(recalled.refusals)};
+}
+
+Beginning beginningOf(const EffectCatalog& catalog, const RenderOptions& options) {
+    Beginning beginning;
+    if (options.likeFile)
+        beginning = beginningLike(catalog, *options.likeFile);
+    if (options.iniFile)
+        beginning.iniText = readFile(pathFromUtf8(*options.iniFile));
+    if (options.markersFile)
+        beginning.markers = readFile(pathFromUtf8(*options.markersFile));
+    return beginning;
+}
+
+const Effect& effectOf(const EffectCatalog& catalog, const RenderOptions& options, const Beginning& beginning) {
+    if (!options.effect && !beginning.effectRow)
+        throw Failure(ExitCode::WrongUsage, "The file does not remember its effect: give --effect.");
+    return catalog.findEffect(options.effect ? *options.effect : std::to_string(*beginning.effectRow));
+}
+
+std::string settingsFor(const EffectCatalog& catalog, const RenderOptions& options, const Beginning& beginning,
+                        const Effect& effect) {
+    std::vector<KeyValue> checked = beginning.settings;
     for (const KeyValue& given : options.settings) {
         const Setting& setting = catalog.findSetting(given.key);
         if (setting.key == kEffectKey)
             throw Failure(ExitCode::WrongUsage, "The effect is chosen with --effect, not with --set.");
         checked.push_back({setting.key, checkedValue(setting, given.value, systemFromUtf8)});
     }
-    const std::string base = options.iniFile ? readFile(pathFromUtf8(*options.iniFile)) : std::string();
-    return composeSettings(base, checked, effect.row);
+    return composeSettings(beginning.iniText, checked, effect.row);
 }
 
-void refuseTrueColour(const EffectCatalog& catalog, const std::string& settings, const RenderOptions& options) {
-    if (options.format != OutputFormat::Gif)
-        return;
-    if (const auto key = trueColourKey(catalog, settings, options.button))
-        throw Failure(ExitCode::WrongUsage, "The setting " + *key + " is switched on. " + trueColourRefusal());
+std::optional<std::string> markersFor(const EffectCatalog& catalog, const RenderOptions& options,
+                                      const Beginning& beginning, const Effect& effect) {
+    if (options.markersFile && !catalog.hasMarkers(effect))
+        throw Failure(ExitCode::WrongUsage, "\"" + effect.name + "\" has no markers.");
+    if (!beginning.markers)
+        return std::nullopt;
+    const auto encoded = systemFromUtf8(*beginning.markers);
+    if (!encoded)
+        throw Failure(ExitCode::WrongUsage, "The markers hold letters that the system's code page lacks.");
+    return encoded;
 }
 
-RecordingPlan planFor(const RenderOptions& options, const Effect& effect) {
-    RecordingPlan plan;
-    plan.format = options.format;
-    plan.outFile = pathFromUtf8(options.outFile.value_or(defaultFileName(effect.name, options.format)));
-    if (options.framesFolder)
-        plan.framesFolder = pathFromUtf8(*options.framesFolder);
-    return plan;
+struct Target {
+    OutputFormat format;
+    std::filesystem::path file; // of numbered files the pattern
+};
+
+std::vector<Target> targetsOf(const RenderOptions& options, const Effect& effect) {
+    std::vector<Target> targets;
+    for (const OutputRequest& output : options.outputs)
+        targets.push_back(
+            {output.format, pathFromUtf8(output.file.value_or(defaultFileName(effect.name) +
+                                                              std::string(formatExtension(output.format))))});
+    if (options.framesFolder) {
+        makeFolder(pathFromUtf8(*options.framesFolder));
+        targets.push_back({OutputFormat::Png, pathFromUtf8(*options.framesFolder) / "frame.png"});
+    }
+    // Made and thrown away: trouble with a file shows before the work is done.
+    for (const Target& target : targets)
+        OutputFile(target.format == OutputFormat::Png ? numberedFile(target.file, 0) : target.file);
+    return targets;
 }
 
-// Stand in for the system's functions inside the plugin, which takes a held Shift key for the wish to reset all
-// settings: a person may be typing elsewhere while a script renders.
-SHORT WINAPI keyStateButShift(int key) {
-    return key == VK_SHIFT ? SHORT{0} : GetKeyState(key);
-}
-SHORT WINAPI asyncKeyStateButShift(int key) {
-    return key == VK_SHIFT ? SHORT{0} : GetAsyncKeyState(key);
+WriteOptions writeOptionsOf(const RenderOptions& options) {
+    WriteOptions write;
+    write.matte = options.matte.value_or(write.matte);
+    write.opacityThreshold = options.opacityThreshold.value_or(write.opacityThreshold);
+    return write;
 }
 
-void printProgress(const std::string& text) {
-    if (!text.empty())
-        print(Stream::Error, text);
-}
-
-// Runs the plugin's dialog from opening to closing. Throws Failure unless an animation was finished.
-void drivePlugin(const PluginLibrary& plugin, const RenderOptions& options, const Effect& effect,
-                 HostSession& session) {
-    const int testButton = static_cast<int>(plugin.catalog().testButton());
-    const Window parent(
-        CreateWindowExW(0, L"STATIC", L"stage", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr));
-    const DialogDriver driver(options.button == BuildButton::Test ? testButton : IDOK, testButton);
-    HostParams params = session.parametersFor(options.format);
-    const bool accepted = plugin.build(parent.get(), params);
-
-    session.rethrowFailure();
-    if (accepted && driver.messages().empty() && session.isFinished(options.button))
-        return;
-    std::string reason;
-    for (const std::string& message : driver.messages())
-        reason += (reason.empty() ? "" : "\n") + message;
-    if (reason.empty())
-        reason = accepted ? "The plugin closed its dialog without having built an animation."
-                          : "The plugin refused to work with this program.";
-    if (effect.state == EffectState::Planned)
-        reason += "\n\"" + effect.name + "\" is only planned: this version of the plugin cannot build it.";
-    throw Failure(ExitCode::PluginFailed, reason);
+FileReport save(const Animation& animation, const Target& target, const WriteOptions& options) {
+    const auto written = saveAnimation(animation, target.format, options, target.file);
+    FileReport report{target.format, utf8FromPath(written->first), written->bytes,
+                      playingTime(storedDelays(animation, target.format))};
+    if (written->last != written->first)
+        report.file += " to " + utf8FromPath(written->last.filename());
+    return report;
 }
 
 } // namespace
 
-void render(const PluginLibrary& plugin, const RenderOptions& options) {
+RenderReport render(const PluginLibrary& plugin, const RenderOptions& options) {
     const auto begin = std::chrono::steady_clock::now();
-    const Effect& effect = plugin.catalog().findEffect(options.effect);
-    const std::string settings = settingsFor(plugin.catalog(), options, effect);
-    refuseTrueColour(plugin.catalog(), settings, options);
+    const EffectCatalog& catalog = plugin.catalog();
+    const Beginning beginning = beginningOf(catalog, options);
+    const Effect& effect = effectOf(catalog, options, beginning);
+    const BuildRequest request{effect, settingsFor(catalog, options, beginning, effect),
+                               markersFor(catalog, options, beginning, effect),
+                               beginning.editor.value_or(options.outputs.front().format), options.button};
+    const std::vector<Target> targets = targetsOf(options, effect);
+    BuiltAnimation built = buildAnimation(plugin, request);
+    Animation& animation = built.animation;
+    animation.plays = options.plays.value_or(beginning.plays);
 
-    const ComApartment apartment;
-    AnimationRecorder recorder(planFor(options, effect));
-    const PrivateFolder folder(settings);
-    const SettingsRedirection redirection(folder);
-    const ImportPatch patch(plugin.module(), "shell32.dll", "SHGetSpecialFolderLocation",
-                            reinterpret_cast<void*>(redirectedFolderLocation), IfMissing::Refuse);
-    const ImportPatch keys(plugin.module(), "user32.dll", "GetKeyState", reinterpret_cast<void*>(keyStateButShift),
-                           IfMissing::Ignore);
-    const ImportPatch asyncKeys(plugin.module(), "user32.dll", "GetAsyncKeyState",
-                                reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
-    ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
-    HostSession session(recorder, progress, printProgress, programFolder());
-    for (const std::string& warning : placeDefaultFiles(plugin.module(), options.format))
-        print(Stream::Error, "stage: " + warning + "\n");
-    try {
-        drivePlugin(plugin, options, effect, session);
-    } catch (...) {
-        printProgress(progress.clear());
-        throw;
+    RenderReport report{std::string(plainName(effect.name)),
+                        animation.width,
+                        animation.height,
+                        animation.frames.size(),
+                        {},
+                        beginning.warnings};
+    report.warnings.insert(report.warnings.end(), built.warnings.begin(), built.warnings.end());
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        const FileReport file = save(animation, targets[i], writeOptionsOf(options));
+        if (const auto warning = browserWarning(file, animation.frames.size()))
+            report.warnings.push_back(*warning);
+        if (i < options.outputs.size()) // the additional frames are not reported
+            report.files.push_back(file);
     }
-    printProgress(progress.clear());
-    const Recording recording = recorder.finish();
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
-    print(Stream::Output, summaryText(recording, options.format == OutputFormat::Gif ? 100 : 1000, taken.count()));
+    report.secondsTaken = taken.count();
+    return report;
 }
 
 } // namespace stage

@@ -3,11 +3,12 @@
 #pragma once
 
 #include "core/arguments.h"
+#include "core/report.h"
 #include "windows/plugin_library.h"
 
 namespace stage {
 
-// Prints the summary when done. Throws Failure.
-void render(const PluginLibrary& plugin, const RenderOptions& options);
+// Throws Failure.
+RenderReport render(const PluginLibrary& plugin, const RenderOptions& options);
 
 } // namespace stage

@@ -1,6 +1,7 @@
 // What the host understands of words: the plugin's list of effects, the command line, values of settings, and what it
 // says back. Damaged lists and hostile values must be refused, not believed.
 #include "core/arguments.h"
+#include "core/batch.h"
 #include "core/effect_catalog.h"
 #include "core/failure.h"
 #include "core/report.h"
@@ -21,6 +22,8 @@ const std::string kCatalog = kStart + "setting\tMainRadarAngle\tinteger\t90\t0\t
                                       "setting\tMainRadarTrace\tcolour\t65280\t\t\t15\tTrace\t\n"
                                       "setting\tMainRadarSize\tchoice\t1\t\t\t15\tSize\tsmall;medium;large\n"
                                       "setting\tMainRadarMarkers\ttext\t\t\t\t15\tMarkers\t\n"
+                                      "setting\tMainRadarSound\tfile\t\t\t\t15\tSound\t\n"
+                                      "setting\tMainCountTo\tinteger\t9\t\t\t7\t\t\n"
                                       "setting\tMainDelay\tinteger\t10\t\t\t-\t\t\n"
                                       "setting\tMainAlphaTrans\tflag\t0\t\t\t-\tAlpha\t\n"
                                       "setting\tTruecolour\tflag\t0\t\t\t-\tTrue colour\t\n";
@@ -131,59 +134,105 @@ TEST(StageValues, KindsAndRanges) {
     EXPECT_EQ(checkedValue(catalog.findSetting(key), std::string(239, 'm'), asItIs).size(), 239u);
 }
 
-TEST(StageSettings, PrivateFileAndTrueColour) {
+TEST(StageSettings, PrivateFile) {
     EXPECT_EQ(composeSettings("", {}, 15), "MainEffect = 15\n");
     const KeyValue delay{"MainDelay", "7"};
     EXPECT_EQ(composeSettings("A = 1\r\nB = 2", {&delay, 1}, 3), "A = 1\r\nB = 2\nMainDelay = 7\nMainEffect = 3\n");
     EXPECT_THROW(composeSettings("A = 1\n\x1A", {}, 3), Failure);
+}
 
+TEST(StageSettings, FilesRememberWhatIsNeededAndNothingElse) {
     const EffectCatalog catalog = EffectCatalog::parse(kCatalog);
-    const struct {
-        const char* text;
-        BuildButton button;
-        const char* key; // null: frames have palettes
-    } cases[] = {{"", BuildButton::Build, nullptr},
-                 {"Truecolour = 1\n", BuildButton::Build, "Truecolour"},
-                 {"Truecolour = 010\n", BuildButton::Test, "Truecolour"},
-                 {"MainAlphaTrans == 1", BuildButton::Build, "MainAlphaTrans"},
-                 {"MainAlphaTrans = 1", BuildButton::Test, nullptr}};
-    for (const auto& c : cases)
-        EXPECT_EQ(trueColourKey(catalog, c.text, c.button).value_or("none"), c.key == nullptr ? "none" : c.key)
-            << c.text;
+    const std::string left = "; note\r\nMainEffect = 15\r\nMainRadarAngle = 45\r\nMainRadarSize = 1\r\n"
+                             "MainRadarSound = C:\\mine\\a b.wav\r\nMainCountTo = 3\r\nMainDelay = 5\r\n"
+                             "MainDelay = 5\r\nUnknown = 1\r\n";
+    const Effect& radar = catalog.findEffect("radar");
+    const auto isMine = [](std::string_view file) { return file.ends_with("a b.wav"); };
+    const auto isNone = [](std::string_view) { return false; };
+    const std::string text = settingsToRemember(catalog, left, radar, OutputFormat::Gif, isNone);
+    EXPECT_EQ(text, "; delays in hundredths of a second\nMainRadarAngle = 45\nMainRadarSound = C:\\mine\\a "
+                    "b.wav\nMainDelay = 5\nMainEffect = 15\n");
+    EXPECT_FALSE(contains(settingsToRemember(catalog, left, radar, OutputFormat::Mng, isMine), "wav"));
+    EXPECT_EQ(effectRowIn(text), 15u);
+    EXPECT_EQ(editorIn(text), OutputFormat::Gif);
+    EXPECT_EQ(editorIn(settingsToRemember(catalog, left, radar, OutputFormat::Mng, isNone)), OutputFormat::Png);
+    EXPECT_EQ(editorIn("MainEffect = 15\n"), std::nullopt);
+    EXPECT_EQ(effectRowIn("MainRadarAngle = 4\n"), std::nullopt);
+
+    const RecalledSettings recalled = recalledSettings(catalog, text, asItIs);
+    ASSERT_EQ(recalled.settings.size(), 3u);
+    EXPECT_EQ(recalled.settings[1].value, "C:\\mine\\a b.wav");
+    EXPECT_TRUE(recalled.refusals.empty());
+    // From another hand.
+    const RecalledSettings foreign = recalledSettings(
+        catalog, "MainRadarAngle = 4000\nMainRadarSound = \\\\far\\a.wav\nEvil = 1\nMainDelay = 6\n", asItIs);
+    ASSERT_EQ(foreign.settings.size(), 1u);
+    EXPECT_EQ(foreign.settings[0].key, "MainDelay");
+    EXPECT_EQ(foreign.refusals.size(), 3u);
 }
 
 TEST(StageArguments, AllOptions) {
-    const RenderOptions render =
-        parseArguments(std::vector<std::string>{"render", "--effect", "radar", "--set", "A=b=c", "--set", "D=", "--ini",
-                                                "my.ini", "--as", "PNG", "--test", "--out", "x y.png", "--frames", "f"})
-            .render;
+    const Arguments arguments = parseArguments(std::vector<std::string>{
+        "render", "--effect", "radar",  "--set",   "A=b=c",    "--set",       "D=",    "--ini",     "my.ini", "--as",
+        "PNG",    "--test",   "--out",  "x y.dat", "--frames", "f",           "--out", "b.MNG",     "--loop", "3",
+        "--json", "--out",    "c.apng", "--matte", "#102030",  "--threshold", "7",     "--markers", "m.txt"});
+    const RenderOptions& render = arguments.render;
     EXPECT_EQ(render.effect, "radar");
     ASSERT_EQ(render.settings.size(), 2u);
     EXPECT_EQ(render.settings[0].key + "|" + render.settings[0].value, "A|b=c");
     EXPECT_EQ(render.settings[1].value, "");
     EXPECT_EQ(render.iniFile, "my.ini");
-    EXPECT_EQ(render.format, OutputFormat::Png);
+    EXPECT_EQ(render.markersFile, "m.txt");
     EXPECT_EQ(render.button, BuildButton::Test);
-    EXPECT_EQ(render.outFile, "x y.png");
     EXPECT_EQ(render.framesFolder, "f");
+    ASSERT_EQ(render.outputs.size(), 3u);
+    EXPECT_EQ(render.outputs[0].format, OutputFormat::Png); // the first --as belongs to the first --out
+    EXPECT_EQ(render.outputs[0].file, "x y.dat");
+    EXPECT_EQ(render.outputs[1].format, OutputFormat::Mng); // told by the name
+    EXPECT_EQ(render.outputs[2].format, OutputFormat::Apng);
+    EXPECT_EQ(render.plays, 3u);
+    EXPECT_EQ(render.matte, (Rgb{0x10, 0x20, 0x30}));
+    EXPECT_EQ(render.opacityThreshold, 7);
+    EXPECT_EQ(arguments.report, ReportStyle::Json);
+    EXPECT_EQ(parseArguments(std::vector<std::string>{"render", "--loop", "--help"}).helpOn, Verb::Render);
+    EXPECT_EQ(parseArguments(std::vector<std::string>{"inspect", "--json", "a b"}).file, "a b");
 }
 
 TEST(StageArguments, MistakesAreNamed) {
     const struct {
         std::vector<std::string> words;
         const char* said;
-    } cases[] = {{{}, "stage render --effect"},
+    } cases[] = {{{}, "stage render"},
                  {{"rendr"}, "nearest is render"},
                  {{"render"}, "wants --effect"},
                  {{"render", "--efect", "radar"}, "nearest is --effect"},
                  {{"render", "--effect"}, "wants a value"},
                  {{"render", "--effect", "radar", "--effect", "radar"}, "given twice"},
-                 {{"render", "--effect", "radar", "--as", "mng"}, "allows gif and png"},
-                 {{"render", "--effect", "radar", "--set", "=1"}, "KEY=VALUE"}};
+                 {{"render", "--effect", "radar", "--as", "bmp"}, "allows gif, apng, mng and png"},
+                 {{"render", "--effect", "radar", "--set", "=1"}, "KEY=VALUE"},
+                 {{"render", "--like", "a", "--ini", "b"}, "either"},
+                 {{"render", "--effect", "radar", "--out", "a.gif", "--out", "a.gif"}, "same file"},
+                 {{"render", "--effect", "radar", "--loop", "-1"}, "from 0 to 65536"},
+                 {{"render", "--effect", "radar", "--threshold", "0"}, "from 1 to 255"},
+                 {{"render", "--effect", "radar", "--matte", "grey"}, "#FFFFFF"},
+                 {{"inspect"}, "wants a file"},
+                 {{"batch", "a", "b"}, "takes one file"},
+                 {{"help", "me"}, "one verb"}};
     for (const auto& c : cases) {
         const std::string said = failureOf(ExitCode::WrongUsage, [&] { parseArguments(c.words); });
         EXPECT_TRUE(contains(said, c.said)) << c.said << " / " << said;
     }
+}
+
+TEST(StageArguments, BatchLines) {
+    const std::vector<BatchLine> lines =
+        parseBatch("\xEF\xBB\xBF# all\r\n\r\n--effect radar\t--out \"C:\\a b\\c.gif\"\r\n"
+                   " --set \"A=say \\\"x\\\"\" \"\"");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].number, 3u);
+    EXPECT_EQ(lines[0].words, (std::vector<std::string>{"--effect", "radar", "--out", "C:\\a b\\c.gif"}));
+    EXPECT_EQ(lines[1].words, (std::vector<std::string>{"--set", "A=say \"x\"", ""}));
+    EXPECT_TRUE(contains(failureOf(ExitCode::WrongUsage, [] { parseBatch("a\n\"b"); }), "Line 2"));
 }
 
 TEST(StageReport, ListSummaryAndProgress) {
@@ -194,9 +243,16 @@ TEST(StageReport, ListSummaryAndProgress) {
     EXPECT_LT(list.find("MainRadarAngle"), list.find("Options of every effect"));
     EXPECT_GT(list.find("MainDelay"), list.find("Options of every effect"));
 
+    RenderReport report{"Radar", 120, 100, 90, {{OutputFormat::Gif, "r\"\n.gif", 4321, {900, 9000, 90, 10}}}, {}, 1.25};
     EXPECT_EQ(
-        summaryText({"radar.gif", 90, 120, 100, 4321, 450}, 100, 1.25),
-        "file      radar.gif\nframes    90\nsize      120x100\nbytes     4321\nduration  4.50 s\ntaken     1.25 s\n");
+        summaryJson(report),
+        "{\"effect\":\"Radar\",\"frames\":90,\"width\":120,\"height\":100,\"files\":[{\"file\":\"r\\\"\\u000a.gif\","
+        "\"format\":\"gif\",\"bytes\":4321,\"duration_ms\":900,\"browser_duration_ms\":9000,\"slowed_frames\":90,"
+        "\"browser_frames_per_second\":10}],\"warnings\":[],\"seconds_taken\":1.25}\n");
+    EXPECT_TRUE(contains(browserWarning(report.files[0], 90).value_or(""), "in 9.00 s instead of 0.90 s: 90 of 90"));
+    report.files[0].file = "radar.gif";
+    EXPECT_EQ(summaryText(report), "file      radar.gif\nbytes     4321\nframes    90\nsize      120x100\n"
+                                   "duration  0.90 s\ntaken     1.25 s\n");
 
     ProgressText plain(ProgressStyle::PlainLines);
     EXPECT_EQ(plain.showStatus("Building") + plain.showProgress(1, 2) + plain.showStatus("Building") +

@@ -3,6 +3,7 @@
 //   voltane-effects  1
 //   button   test  control identity
 //   effect   row  ready|planned  name
+//   markers  row of the effect that has a list of markers
 //   setting  key  flag|integer|colour|choice|text|file  default  minimum  maximum  effect row or "-"  label  choices
 // Numbers are unsigned decimal; an empty minimum and maximum mean no bound; choices are separated by ";", and such a
 // setting stores the position of the choice. Settings that are never read back are left out.
@@ -115,6 +116,10 @@ int main() {
     for (std::size_t i = 0; i < effectRows().size(); ++i)
         std::printf("effect\t%zu\t%s\t%s\n", i, effectRows()[i].state == EffectState::Ready ? "ready" : "planned",
                     effectRows()[i].name);
+    for (std::size_t i = 0; i < effectRows().size(); ++i)
+        for (const ParameterRow& parameter : effectRows()[i].parameters)
+            if (parameter.kind == ParameterKind::Markers)
+                std::printf("markers\t%zu\n", i);
     std::set<std::string_view> printed;
     for (const SettingRow& row : settingRows())
         if (row.isReadable() && printed.insert(row.key).second)

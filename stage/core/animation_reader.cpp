@@ -1,0 +1,21 @@
+// Tells the formats apart; see the header.
+#include "core/animation_reader.h"
+
+#include "core/failure.h"
+#include "core/gif_reader.h"
+#include "core/mng_reader.h"
+#include "core/png_reader.h"
+
+namespace stage {
+
+AnimationFile readAnimation(std::span<const std::uint8_t> bytes, const ReadLimits& limits) {
+    if (isGif(bytes))
+        return readGif(bytes, limits);
+    if (isPng(bytes))
+        return readPng(bytes, limits);
+    if (isMng(bytes))
+        return readMng(bytes, limits);
+    throw Failure(ExitCode::FileTrouble, "The file is neither a GIF nor a PNG nor an MNG file.");
+}
+
+} // namespace stage

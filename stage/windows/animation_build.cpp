@@ -1,0 +1,116 @@
+// Settings, private folder, hidden dialog, document; see the header.
+#include "windows/animation_build.h"
+
+#include "core/failure.h"
+#include "core/settings_text.h"
+#include "windows/console.h"
+#include "windows/default_files.h"
+#include "windows/dialog_driver.h"
+#include "windows/host_session.h"
+#include "windows/import_patch.h"
+#include "windows/private_folder.h"
+#include "windows/wide_text.h"
+
+#include <objbase.h>
+
+namespace stage {
+namespace {
+
+// COM on this thread, for the shell and for decoding images.
+class ComApartment {
+public:
+    ComApartment() : ready_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+    ~ComApartment() {
+        if (ready_)
+            CoUninitialize();
+    }
+    ComApartment(const ComApartment&) = delete;
+    ComApartment& operator=(const ComApartment&) = delete;
+
+private:
+    bool ready_;
+};
+
+// Stand in for the system's functions inside the plugin, which takes a held Shift key for the wish to reset all
+// settings: a person may be typing elsewhere while a script renders.
+SHORT WINAPI keyStateButShift(int key) {
+    return key == VK_SHIFT ? SHORT{0} : GetKeyState(key);
+}
+SHORT WINAPI asyncKeyStateButShift(int key) {
+    return key == VK_SHIFT ? SHORT{0} : GetAsyncKeyState(key);
+}
+
+void printProgress(const std::string& text) {
+    if (!text.empty())
+        print(Stream::Error, text);
+}
+
+// Runs the plugin's dialog from opening to closing. Throws Failure unless an animation was finished.
+void drivePlugin(const PluginLibrary& plugin, const BuildRequest& request, HostSession& session) {
+    const int testButton = static_cast<int>(plugin.catalog().testButton());
+    const Window parent(
+        CreateWindowExW(0, L"STATIC", L"stage", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr));
+    const DialogDriver driver(request.button == BuildButton::Test ? testButton : IDOK, testButton);
+    HostParams params = session.parametersFor(request.format);
+    const bool accepted = plugin.build(parent.get(), params);
+
+    session.rethrowFailure();
+    if (accepted && driver.messages().empty() && session.isFinished(request.button))
+        return;
+    std::string reason;
+    for (const std::string& message : driver.messages())
+        reason += (reason.empty() ? "" : "\n") + message;
+    if (reason.empty())
+        reason = accepted ? "The plugin closed its dialog without having built an animation."
+                          : "The plugin refused to work with this program.";
+    if (request.effect.state == EffectState::Planned)
+        reason += "\n\"" + request.effect.name + "\" is only planned: this version of the plugin cannot build it.";
+    throw Failure(ExitCode::PluginFailed, reason);
+}
+
+// The lines of the markers' file, however they end.
+std::string plainLines(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+Remembered remember(const PluginLibrary& plugin, const BuildRequest& request, const PrivateFolder& folder) {
+    Remembered made;
+    made.settings =
+        settingsToRemember(plugin.catalog(), utf8FromSystem(folder.settings()), request.effect, request.format,
+                           [&request](std::string_view file) { return isDefaultFile(file, request.format); });
+    if (plugin.catalog().hasMarkers(request.effect))
+        made.markers = plainLines(utf8FromSystem(folder.markers()));
+    return made;
+}
+
+} // namespace
+
+BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request) {
+    const ComApartment apartment;
+    AnimationRecorder recorder(request.format == OutputFormat::Gif ? DelayUnit::Hundredths : DelayUnit::Milliseconds);
+    const PrivateFolder folder(request.settings, request.markers);
+    const SettingsRedirection redirection(folder);
+    const ImportPatch patch(plugin.module(), "shell32.dll", "SHGetSpecialFolderLocation",
+                            reinterpret_cast<void*>(redirectedFolderLocation), IfMissing::Refuse);
+    const ImportPatch keys(plugin.module(), "user32.dll", "GetKeyState", reinterpret_cast<void*>(keyStateButShift),
+                           IfMissing::Ignore);
+    const ImportPatch asyncKeys(plugin.module(), "user32.dll", "GetAsyncKeyState",
+                                reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
+    ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
+    HostSession session(recorder, progress, printProgress, programFolder());
+    BuiltAnimation built;
+    built.warnings = placeDefaultFiles(plugin.module(), request.format);
+    try {
+        drivePlugin(plugin, request, session);
+    } catch (...) {
+        printProgress(progress.clear());
+        throw;
+    }
+    printProgress(progress.clear());
+    built.animation = recorder.finish();
+    built.animation.made = remember(plugin, request, folder);
+    return built;
+}
+
+} // namespace stage

@@ -1,0 +1,27 @@
+// One run of the plugin behind a hidden dialog: settings in, a document out.
+// Never uses or changes the person's saved settings.
+#pragma once
+
+#include "core/animation.h"
+#include "core/arguments.h"
+#include "windows/plugin_library.h"
+
+namespace stage {
+
+struct BuildRequest {
+    const Effect& effect;
+    std::string settings;                    // the text of the plugin's configuration file, the effect among it
+    std::optional<std::string> markers;      // lines of the markers' file; nothing: the plugin's first ones
+    OutputFormat format = OutputFormat::Gif; // what kind of editor the plugin finds
+    BuildButton button = BuildButton::Build;
+};
+
+struct BuiltAnimation {
+    Animation animation; // with what it takes to make it again
+    std::vector<std::string> warnings;
+};
+
+// Prints the progress. Throws Failure.
+BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request);
+
+} // namespace stage

@@ -1,0 +1,405 @@
+// Animations written in every format and read back: what was given is what is shown, after every frame.
+// Sizes and bytes are the business of other programs (tests/stage).
+#include "core/animation_reader.h"
+#include "core/animation_recorder.h"
+#include "core/animation_writer.h"
+#include "core/deflate.h"
+#include "core/failure.h"
+#include "core/lzw.h"
+#include "core/output_file.h"
+#include "core/picture.h"
+#include "core/timing.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+namespace stage {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr OutputFormat kAnimated[] = {OutputFormat::Gif, OutputFormat::Apng, OutputFormat::Mng};
+
+Bytes noise(std::size_t count, unsigned bits) {
+    std::mt19937 random(7);
+    Bytes indices(count);
+    std::ranges::generate(indices, [&] { return static_cast<std::uint8_t>(random() % (1u << bits)); });
+    return indices;
+}
+
+TEST(Lzw, EveryLengthAndWidthComesBack) {
+    // One bit is carried in codes of at least 3 bits; noise of 8 bits fills the table of 4096 strings many times over,
+    // and each length from none on meets the end code at another place of the growing width.
+    for (const unsigned bits : {1u, 2u, 4u, 8u})
+        for (std::size_t count = 0; count < 400; ++count) {
+            const Bytes indices = noise(count, bits);
+            const unsigned size = std::max(2u, bits);
+            ASSERT_EQ(expandLzw(compressLzw({indices}, size), size, count), indices) << bits << " bits, " << count;
+        }
+    const Bytes large = noise(60000, 8);
+    EXPECT_EQ(expandLzw(compressLzw({large}, 8), 8, large.size()), large);
+    // One colour: each string is one longer than the last and is used at once; 894 of them cover 894 * 895 / 2 = 400065
+    // indices with at most 10 bits each.
+    const Bytes flat(400000, 0);
+    const Bytes packed = compressLzw({flat}, 2);
+    EXPECT_LE(packed.size(), 894u * 10 / 8 + 2);
+    EXPECT_EQ(expandLzw(packed, 2, flat.size()), flat);
+}
+
+TEST(Lzw, FreePixelsAreEitherAndMakeItShorter) {
+    const Bytes indices = noise(20000, 6);
+    Bytes free(indices.size());
+    for (std::size_t i = 0; i < free.size(); ++i)
+        free[i] = i / 50 % 2 == 0 ? 1 : 0;
+    const Bytes packed = compressLzw({indices, free, 77}, 7);
+    EXPECT_LT(packed.size() * 5, compressLzw({indices}, 7).size() * 4);
+    const auto read = expandLzw(packed, 7, indices.size());
+    ASSERT_TRUE(read && read->size() == indices.size());
+    for (std::size_t i = 0; i < indices.size(); ++i)
+        ASSERT_TRUE((*read)[i] == indices[i] || (free[i] != 0 && (*read)[i] == 77)) << i;
+}
+
+TEST(Deflate, ZlibInflatesIt) {
+    std::vector<Bytes> cases = {{}, noise(40000, 8), noise(20000, 1), Bytes(100000, 7)};
+    for (std::size_t count = 1; count < 300; count += 6)
+        cases.push_back(noise(count, count % 8 + 1));
+    Bytes far = noise(32768, 8); // comes again at the farthest distance
+    far.insert(far.end(), far.begin(), far.end());
+    cases.push_back(far);
+    Bytes parts = noise(20000, 2); // two kinds of content, for which one set of codes is too long
+    for (std::size_t i = 0; i < 20000; ++i)
+        parts.push_back(static_cast<std::uint8_t>(200 + i * i % 41));
+    cases.push_back(parts);
+    Bytes rare; // frequencies like Fibonacci's numbers make codes that are longer than allowed
+    for (std::size_t value = 0, count = 1, before = 1; value < 22; ++value) {
+        rare.insert(rare.end(), count, static_cast<std::uint8_t>(value));
+        before = std::exchange(count, count + before);
+    }
+    std::ranges::shuffle(rare, std::mt19937(3));
+    cases.push_back(rare);
+    for (const Bytes& bytes : cases) {
+        const Bytes packed = deflated(bytes);
+        Bytes read(bytes.size() + 1);
+        uLongf size = static_cast<uLongf>(read.size());
+        ASSERT_EQ(uncompress(read.data(), &size, packed.data(), static_cast<uLong>(packed.size())), Z_OK);
+        read.resize(size);
+        ASSERT_EQ(read, bytes);
+    }
+    EXPECT_LT(deflated(far).size(), 33200u);
+    EXPECT_LT(deflated(cases[3]).size(), 130u); // 388 matches of 258 bytes, of 2 bits each
+}
+
+enum class Content { Few, Palette, Full, Grey, Many, Holes, HalfOpaque };
+
+// A patch wanders over a still ground, so that frames share most of their pixels; frame 2 is equal to frame 1.
+Pixel pixelAt(Content content, std::uint32_t x, std::uint32_t y, std::size_t frame) {
+    const std::size_t step = frame == 2 ? 1 : frame;
+    const bool isPatch = x >= step * 2 && x < step * 2 + 9 && y >= step && y < step + 7;
+    const auto low = static_cast<std::uint8_t>(x * 7 + y * 13 + (isPatch ? 100 + step * 5 : 0));
+    switch (content) {
+    case Content::Few:
+        return pixelOf(isPatch ? Rgb{255, 200, 0} : Rgb{0, 0, 90});
+    case Content::Palette:
+        return pixelOf({static_cast<std::uint8_t>(low / 2), 30, low > 9 ? std::uint8_t{4} : std::uint8_t{5}});
+    case Content::Full: // of 256 colours every one
+        return pixelOf({low, static_cast<std::uint8_t>(255 - low), 7});
+    case Content::Grey:
+        return pixelOf({low, low, low});
+    case Content::Many:
+        return pixelOf({low, static_cast<std::uint8_t>(x * 5), static_cast<std::uint8_t>(y * 6 + (isPatch ? 3 : 0))});
+    case Content::Holes:
+        return isPatch ? pixelOf({low, 1, 2}) : (x + y) % 11 == 0 ? pixelOf({9, 9, 200}) : kTransparentPixel;
+    case Content::HalfOpaque:
+        break;
+    }
+    return pixelOf({low, 80, 160}, isPatch ? 255 : low);
+}
+
+Animation animationOf(Content content, std::uint32_t width, std::uint32_t height, std::size_t frames) {
+    Animation animation;
+    animation.width = width;
+    animation.height = height;
+    for (std::size_t i = 0; i < frames; ++i) {
+        Picture picture{width, height, {}};
+        for (std::uint32_t y = 0; y < height; ++y)
+            for (std::uint32_t x = 0; x < width; ++x)
+                picture.pixels.push_back(pixelAt(content, x, y, i));
+        animation.frames.push_back(frameOf(picture));
+        animation.frames.back().delay = static_cast<std::uint32_t>(20 + i * 10);
+    }
+    return animation;
+}
+
+// What is shown at a time, however frames were joined. Times are counted from 0 in ms.
+const Frame& frameAtTime(const Animation& animation, std::uint64_t time) {
+    for (const Frame& frame : animation.frames) {
+        if (time < frame.delay)
+            return frame;
+        time -= frame.delay;
+    }
+    return animation.frames.back();
+}
+
+void expectSameShow(const Animation& wanted, const Animation& read, const std::string& name) {
+    EXPECT_EQ(read.width, wanted.width) << name;
+    EXPECT_EQ(read.height, wanted.height) << name;
+    EXPECT_EQ(totalDelay(read), totalDelay(wanted)) << name;
+    std::uint64_t time = 0;
+    for (const Frame& frame : wanted.frames) {
+        ASSERT_EQ(pictureOf(frameAtTime(read, time)), pictureOf(frame)) << name << " at " << time << " ms";
+        time += frame.delay;
+    }
+}
+
+AnimationFile readBack(const Animation& animation, OutputFormat format, const WriteOptions& options = {}) {
+    MemorySink sink;
+    EXPECT_TRUE(writeAnimation(animation, format, options, sink));
+    return readAnimation(sink.bytes());
+}
+
+TEST(StageFiles, EveryFormatShowsWhatItWasGiven) {
+    const struct {
+        Content content;
+        std::uint32_t width, height;
+    } cases[] = {{Content::Few, 47, 33},  {Content::Palette, 47, 33},    {Content::Full, 64, 40},
+                 {Content::Grey, 33, 47}, {Content::Many, 47, 33},       {Content::Holes, 47, 33},
+                 {Content::Few, 1, 1},    {Content::HalfOpaque, 33, 20}, {Content::Holes, 2, 300}};
+    for (const auto& c : cases) {
+        const Animation animation = animationOf(c.content, c.width, c.height, 6);
+        for (const OutputFormat format : kAnimated) {
+            const bool canHold =
+                format != OutputFormat::Gif || (c.content != Content::Many && c.content != Content::HalfOpaque);
+            if (!canHold)
+                continue;
+            const std::string name = std::string(formatName(format)) + " of content " +
+                                     std::to_string(static_cast<int>(c.content)) + ", " + std::to_string(c.width);
+            const AnimationFile file = readBack(animation, format);
+            EXPECT_EQ(file.format, format);
+            expectSameShow(animation, file.animation, name);
+            EXPECT_LE(file.stored.size(), 5u) << name; // equal frames are one
+        }
+    }
+}
+
+TEST(StageFiles, OnlyWhatChangesIsStored) {
+    // The patch of 9 x 7 moves by 2 and 1: from the first frame to the second it covers 11 x 8.
+    const Animation animation = animationOf(Content::Few, 60, 50, 2);
+    for (const OutputFormat format : kAnimated) {
+        const StoredFrame stored = readBack(animation, format).stored.at(1);
+        EXPECT_EQ(stored.width * 100 + stored.height, 1108u) << formatName(format);
+        EXPECT_EQ(stored.x + stored.y, 0u) << formatName(format);
+    }
+}
+
+// A sink that has everything read back whenever the writer says that a reader could.
+class WatchedSink final : public ByteSink {
+public:
+    void write(std::span<const std::uint8_t> bytes) override { inner_.write(bytes); }
+    void rewrite(std::uint64_t position, std::span<const std::uint8_t> bytes) override {
+        inner_.rewrite(position, bytes);
+    }
+    void stepBack(std::uint64_t count) override { inner_.stepBack(count); }
+    std::uint64_t size() const override { return inner_.size(); }
+    void flush() override { counts.push_back(readAnimation(inner_.bytes()).stored.size()); }
+
+    std::vector<std::size_t> counts;
+
+private:
+    MemorySink inner_;
+};
+
+TEST(StageFiles, ValidAfterEveryFrame) {
+    for (const Content content : {Content::Palette, Content::Holes})
+        for (const OutputFormat format : kAnimated) {
+            WatchedSink sink;
+            writeAnimation(animationOf(content, 40, 30, 5), format, {}, sink);
+            EXPECT_EQ(sink.counts, (std::vector<std::size_t>{1, 2, 3, 4})) << formatName(format);
+        }
+}
+
+TEST(StageFiles, LoopsCommentsAndOriginComeBack) {
+    for (const OutputFormat format : kAnimated)
+        for (const std::uint32_t plays : {0u, 1u, 2u, 300u}) {
+            Animation animation = animationOf(Content::Few, 20, 20, 2);
+            animation.plays = plays;
+            animation.comment = "first line\n" + std::string(600, 'c') + "\xC3\xA4";
+            animation.made =
+                Remembered{"A = 1\nMainEffect = 15\n", plays == 1 ? std::nullopt : std::optional("N,1,2\n")};
+            const Animation read = readBack(animation, format).animation;
+            EXPECT_EQ(read.plays, plays) << formatName(format);
+            EXPECT_EQ(read.comment, animation.comment) << formatName(format);
+            EXPECT_EQ(read.made, animation.made) << formatName(format);
+        }
+    EXPECT_EQ(rememberedFrom("CREATED BY..."), std::nullopt);
+    EXPECT_EQ(rememberedFrom("[Voltane #1]\nA = \x1A\n"), std::nullopt);
+}
+
+TEST(StageFiles, GifCutsOpacityAtTheThresholdOverTheMatte) {
+    Animation animation = animationOf(Content::Few, 3, 1, 1);
+    animation.frames[0] = frameOf({3, 1, {pixelOf({200, 0, 0}, 99), pixelOf({200, 0, 0}, 102), pixelOf({1, 2, 3})}});
+    const WriteOptions options{{0, 100, 50}, 100};
+    // 102 / 255 is 0.4: 200 * 0.4 = 80, 100 * 0.6 = 60, 50 * 0.6 = 30.
+    EXPECT_EQ(pictureOf(readBack(animation, OutputFormat::Gif, options).animation.frames[0]).pixels,
+              (std::vector<Pixel>{kTransparentPixel, pixelOf({80, 60, 30}), pixelOf({1, 2, 3})}));
+}
+
+TEST(StageFiles, GifOfManyColoursStaysClose) {
+    const Animation animation = animationOf(Content::Many, 100, 60, 2);
+    const AnimationFile file = readBack(animation, OutputFormat::Gif);
+    const Picture wanted = pictureOf(animation.frames[1]);
+    const Picture read = pictureOf(file.animation.frames.back());
+    double error = 0;
+    for (std::size_t i = 0; i < wanted.pixels.size(); ++i) {
+        const int green = rgbOf(wanted.pixels[i]).green - rgbOf(read.pixels[i]).green;
+        error += green * green;
+    }
+    // 255 entries for a cube of 256 levels a side leave cells of about 40 levels, whose mean square error is 40^2 / 12.
+    EXPECT_LT(error / static_cast<double>(wanted.pixels.size()), 140);
+}
+
+TEST(StageTiming, HundredthsCarryTheRemainderAndBrowsersSlowDown) {
+    const std::vector<std::uint32_t> thirds(30, 33);
+    const std::vector<std::uint32_t> hundredths = delaysInHundredths(thirds);
+    EXPECT_EQ(std::accumulate(hundredths.begin(), hundredths.end(), 0u), 99u);
+    EXPECT_EQ(std::vector(hundredths.begin(), hundredths.begin() + 6), (std::vector<std::uint32_t>{3, 4, 3, 3, 4, 3}));
+    const std::vector<std::uint32_t> stored = {10, 20, 0, 100};
+    const PlayingTime time = playingTime(stored);
+    EXPECT_EQ(time.stored, 130u);
+    EXPECT_EQ(time.inBrowsers, 320u);
+    EXPECT_EQ(time.slowedFrames, 2u);
+    EXPECT_DOUBLE_EQ(time.framesPerSecond, 12.5);
+}
+
+// Equal frames are joined only as long as the format can count the time.
+TEST(StageTiming, LongDelaysStay) {
+    Animation animation = animationOf(Content::Few, 5, 5, 1);
+    animation.frames[0].delay = 400000;
+    animation.frames.push_back(animation.frames[0]);
+    EXPECT_EQ(readBack(animation, OutputFormat::Gif).stored.size(), 2u);
+    EXPECT_EQ(readBack(animation, OutputFormat::Mng).stored.size(), 1u);
+    for (const OutputFormat format : kAnimated)
+        EXPECT_EQ(totalDelay(readBack(animation, format).animation), 800000u) << formatName(format);
+}
+
+Palette greys() {
+    Palette palette;
+    for (std::size_t i = 0; i < palette.size(); ++i)
+        palette[i] = {static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i)};
+    return palette;
+}
+
+Frame indexedFrame(Bytes pixels, std::optional<std::uint8_t> transparent) {
+    Frame frame;
+    frame.width = static_cast<std::uint32_t>(pixels.size());
+    frame.height = 1;
+    frame.palette = greys();
+    frame.pixels = std::move(pixels);
+    frame.delay = 7;
+    frame.transparentIndex = transparent;
+    return frame;
+}
+
+// What the recorder makes of the transparent index: holes, or what the frame before shows there.
+TEST(StageRecorder, TransparencyMeansHolesOrUnchanged) {
+    const Pixel hole = kTransparentPixel;
+    const auto grey = [](std::uint8_t level) { return pixelOf({level, level, level}); };
+    const struct {
+        const char* name;
+        bool deltas, byColour;
+        std::vector<Pixel> first, second;
+    } cases[] = {{"holes", false, false, {grey(0), hole, grey(1)}, {hole, grey(2), hole}},
+                 {"differences on an entry", true, false, {grey(0), grey(5), grey(1)}, {grey(0), grey(2), grey(1)}},
+                 {"differences on a colour", true, true, {grey(0), grey(9), grey(1)}, {grey(0), grey(2), grey(1)}}};
+    for (const auto& c : cases) {
+        AnimationRecorder recorder(DelayUnit::Hundredths);
+        if (c.deltas)
+            recorder.announceDeltas();
+        recorder.begin({3, 1, 8, greys(), 2});
+        if (c.byColour)
+            recorder.setBackgroundColour({9, 9, 9});
+        else
+            recorder.setBackgroundIndex(5);
+        recorder.addFrame(indexedFrame({0, 3, 1}, std::uint8_t{3}));
+        recorder.addFrame(indexedFrame({3, 2, 3}, std::uint8_t{3}));
+        const Animation animation = recorder.finish();
+        EXPECT_EQ(pictureOf(animation.frames.at(0)).pixels, c.first) << c.name;
+        EXPECT_EQ(pictureOf(animation.frames.at(1)).pixels, c.second) << c.name;
+        EXPECT_EQ(totalDelay(animation), 140u) << c.name;
+    }
+}
+
+TEST(StageRecorder, WrongOrderAndWrongDataAreRefused) {
+    const std::function<void(AnimationRecorder&)> faults[] = {
+        [](auto& r) {
+            r.begin({0, 1, 8, greys(), 1});
+        },
+        [](auto& r) {
+            r.begin({65536, 1, 8, greys(), 1});
+        },
+        [](auto& r) { r.addFrame(indexedFrame({0}, {})); },
+        [](auto& r) {
+            r.begin({1, 1, 8, greys(), 1}), r.finish();
+        },
+        [](auto& r) {
+            r.begin({1, 1, 8, greys(), 1}), r.begin({1, 1, 8, greys(), 1});
+        },
+        [](auto& r) {
+            r.begin({1, 1, 8, greys(), 1}), r.addFrame(indexedFrame({0, 0}, {}));
+        },
+        [](auto& r) { r.setBackgroundIndex(256); }};
+    for (const auto& fault : faults) {
+        AnimationRecorder recorder(DelayUnit::Milliseconds);
+        EXPECT_THROW(fault(recorder), Failure) << &fault - faults;
+    }
+}
+
+class StageTarget : public testing::Test {
+protected:
+    void SetUp() override {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+    }
+    void TearDown() override { std::filesystem::remove_all(folder_); }
+    std::size_t fileCount() const {
+        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
+    }
+
+    std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "stage-target";
+    std::filesystem::path target_ = folder_ / pathFromUtf8("r\xC3\xB6hre 1.gif");
+};
+
+TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
+    writeFile(target_, "precious");
+    const Animation animation = animationOf(Content::Palette, 20, 20, 4);
+    // Stopped half-way.
+    EXPECT_EQ(
+        saveAnimation(animation, OutputFormat::Gif, {}, target_, [](std::size_t i, std::size_t) { return i < 2; }),
+        std::nullopt);
+    EXPECT_THROW(saveAnimation({}, OutputFormat::Gif, {}, target_), Failure); // no frames
+    EXPECT_EQ(readFile(target_), "precious");
+    EXPECT_EQ(fileCount(), 1u);
+    const auto written = saveAnimation(animation, OutputFormat::Gif, {}, target_);
+    EXPECT_EQ(written->bytes, std::filesystem::file_size(target_));
+    EXPECT_EQ(written->bytes, encodedSize(animation, OutputFormat::Gif, {}));
+    EXPECT_EQ(saveAnimation(animation, OutputFormat::Png, {}, folder_ / "a.b.png")->last, folder_ / "a.b-0003.png");
+    EXPECT_EQ(fileCount(), 5u);
+    for (const std::filesystem::path& wrong :
+         {folder_, folder_ / "missing" / "a.gif", target_ / "a.gif", folder_ / std::string(256, 'x')})
+        EXPECT_THROW(OutputFile{wrong}, Failure) << wrong;
+    EXPECT_EQ(fileCount(), 5u);
+}
+
+TEST_F(StageTarget, ThatCannotBeReplacedLeavesNothingBehind) {
+    OutputFile file(target_);
+    file.write(Bytes{1, 2, 3});
+    std::filesystem::create_directories(target_ / "inside");
+    EXPECT_THROW(file.commit(), Failure);
+    EXPECT_TRUE(std::filesystem::exists(target_ / "inside"));
+}
+
+} // namespace
+} // namespace stage
