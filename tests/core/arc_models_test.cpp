@@ -46,19 +46,6 @@ TEST(LoopNoise, RunsInACircleOfItsFrames) {
     }
 }
 
-TEST(LoopNoise, FillsItsRangeEvenly) {
-    const LoopNoise noise(10632, 1000);
-    double squares = 0;
-    double together = 0; // with the stream beside it
-    for (int frame = 0; frame < 1000; ++frame) {
-        squares += noise.held(1, frame, 1) * noise.held(1, frame, 1);
-        together += noise.held(1, frame, 1) * noise.held(2, frame, 1);
-        EXPECT_LE(std::abs(noise.smooth(1, frame + 1, 10) - noise.smooth(1, frame, 10)), 0.3);
-    }
-    EXPECT_NEAR(squares / 1000, 1.0 / 3, 0.03); // three standard deviations of even chance
-    EXPECT_NEAR(together / 1000, 0, 0.035);
-}
-
 TEST(ArcLine, KeepsItsEndsAndItsBounds) {
     for (std::uint32_t seed = 0; seed < 50; ++seed) {
         const LoopNoise noise(seed, 40);

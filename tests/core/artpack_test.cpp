@@ -145,31 +145,14 @@ TEST_F(Artpack, WhatIsNoCommandShowsTheUsage) {
     const std::string out = path("out.cpx");
     const Arguments cases[] = {{},
                                {"--sheet", out},
-                               {"--bits", "8", in, out},
                                {"--bits", "16", "--size", "3x2", in, out},
                                {"--bits", "8", "--size", "0x2", in, out},
-                               {"--bits", "8", "--size", "99999999999x2", in, out},
                                {"--bits", "8", "--size", "3x2", in, out, out}};
     for (const Arguments& arguments : cases) {
         EXPECT_EQ(run(arguments), 2) << testing::PrintToString(arguments);
         EXPECT_EQ(errors.rfind("usage: ", 0), 0u) << errors;
     }
     EXPECT_FALSE(fs::exists(out));
-}
-
-TEST_F(Artpack, SheetHoldsAllPictures) {
-    write("in.svg", kSixPixels);
-    write("wide.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="2000" height="10"/>)");
-    ASSERT_EQ(run({"--sheet", path("sheet.png"), path("in.svg"), path("wide.svg")}), 0) << errors;
-    const Bytes png = read("sheet.png");
-    ASSERT_GT(png.size(), 24u);
-    // The header's width and height, most significant byte first: the wide picture and a margin on either side of it;
-    // two rows, since the second picture is wider than a row.
-    EXPECT_EQ(png[18] << 8 | png[19], 2000 + 2 * 16);
-    EXPECT_EQ(png[22] << 8 | png[23], 16 + (2 + 24 + 16) + (10 + 24 + 16));
-
-    EXPECT_EQ(run({"--sheet", path("none.png"), path("in.svg"), path("missing.svg")}), 1);
-    EXPECT_FALSE(fs::exists(path("none.png")));
 }
 
 } // namespace

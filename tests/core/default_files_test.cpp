@@ -1,5 +1,4 @@
 // What instruments show before anybody has chosen a file.
-#include "defaults/picture.h"
 #include "defaults/song.h"
 #include "sound/sound_analysis.h"
 
@@ -34,22 +33,6 @@ TEST(DefaultSound, LoopsWithoutAClick) {
     for (std::size_t i = 0; i + 1 < loop.size(); ++i)
         largest = std::max(largest, step(i));
     EXPECT_LT(step(loop.size() - 1), largest / 2);
-}
-
-TEST(DefaultPicture, GrowsBrighterFromLeftToRight) {
-    const std::string picture = defaults::sunrise();
-    const std::string header = "P6\n1024 64\n255\n";
-    ASSERT_TRUE(picture.starts_with(header));
-    ASSERT_EQ(picture.size(), header.size() + 3 * 1024 * 64);
-    double before = 0;
-    for (std::size_t eighth = 0; eighth < 8; ++eighth) {
-        double sum = 0;
-        for (std::size_t y = 0; y < 64; ++y)
-            for (std::size_t x = 0; x < 3 * 128; ++x)
-                sum += static_cast<std::uint8_t>(picture[header.size() + 3 * (1024 * y + 128 * eighth) + x]);
-        EXPECT_GT(sum, before) << eighth;
-        before = sum;
-    }
 }
 
 } // namespace

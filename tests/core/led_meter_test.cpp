@@ -17,19 +17,17 @@ constexpr LedLook kLook = {kGreen, kYellow, kRed, 0x101010, LedShape::Plain, 160
 
 struct Drawn {
     LedStripGeometry geometry;
-    std::vector<std::uint8_t> bytes;
-    ImageView view;
+    StoredPicture picture;
 
     Drawn(const LedStripGeometry& g, const LedLook& look, int lit, int fading)
-        : geometry(g), bytes(bitmapStride(g.width(), 24) * static_cast<std::size_t>(g.height())),
-          view{bytes.data(), g.width(), g.height(), static_cast<std::ptrdiff_t>(bitmapStride(g.width(), 24)),
-               24,           nullptr} {
-        LedStrip(g, look).draw(view, {0, 0}, lit, fading);
+        : geometry(g), picture(g.width(), g.height()) {
+        LedStrip(g, look).draw(picture.view, {0, 0}, lit, fading);
     }
 
     // In the middle across.
     Colour at(int along) const {
         const bool up = geometry.direction == LedDirection::Up;
+        const ImageView& view = picture.view;
         const std::uint8_t* pixel =
             up ? view.pixel(geometry.across / 2, geometry.along() - 1 - along) : view.pixel(along, geometry.across / 2);
         return makeColour(pixel[2], pixel[1], pixel[0]);

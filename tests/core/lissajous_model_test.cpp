@@ -24,12 +24,9 @@ TEST(LissajousModel, CurveFollowsFrequenciesAndPhases) {
         CanvasPoint first, quarter, last;
         int sumX, sumY;
     } cases[] = {
-        {kDefault, {0, 0}, 60, 291, {350, 205}, {206, 61}, {350, 205}, 59800, 59655},
         {kDefault, {57, 0}, 60, 291, {283, 205}, {85, 61}, {283, 205}, 59733, 59655},
         {plain(2, 3, 64), {0, -45}, 0, 128, {128, 19}, {0, 19}, {127, 13}, 8192, 8192},
-        {plain(1, 1, 128), {0, 0}, 0, 256, {256, 128}, {128, 256}, {255, 125}, 32768, 32768},
         {plain(32760, 7, 256), {0, 0}, 0, 512, {512, 256}, {512, 0}, {510, 235}, 131072, 131072},
-        {plain(7, 5, 77), {0, 0}, 0, 155, {154, 77}, {67, 153}, {154, 77}, 12012, 11935},
     };
     for (const auto& c : cases) {
         const std::vector<CanvasPoint> curve = lissajousCurve(c.parameters, c.phases, c.offset);
@@ -46,8 +43,7 @@ TEST(LissajousModel, CurveFollowsFrequenciesAndPhases) {
 TEST(LissajousModel, IncrementTurnsOnePhase) {
     const struct {
         int increment, frames, atFive;
-    } cases[] = {{3, 120, 15},   {45, 8, 225}, {24, 15, 120},      {9, 40, 45},
-                 {-60, 6, -300}, {0, 360, 5},  {INT_MIN, 1, -1800}};
+    } cases[] = {{3, 120, 15}, {-60, 6, -300}, {0, 360, 5}, {INT_MIN, 1, -1800}};
     for (const auto& c : cases) {
         LissajousParameters p = kDefault;
         p.increment = c.increment;

@@ -83,13 +83,10 @@ TEST(PackedRecord, UnpacksWhatFitsAndRefusesCorruptStreams) {
         {"whole", [](Bytes&) {}, 20000, 20000},
         {"less room than stream", [](Bytes&) {}, 100, 100},
         {"room for one step and a byte", [](Bytes&) {}, 8193, 8193},
-        {"no room", [](Bytes&) {}, 0, 0},
         {"bytes behind the stream", [](Bytes& r) { r.resize(r.size() + 9, 1); }, 20000, 20000},
         {"packed size beyond the record", [](Bytes& r) { put32(r, 12, 0xFFFFFFFF); }, 20000, 20000},
-        {"packed size 0", [](Bytes& r) { put32(r, 12, 0); }, 20000, 0},
         {"header alone", [](Bytes& r) { r.resize(kHeaderBytes); }, 20000, 0},
         {"no checksum", [](Bytes& r) { r.resize(r.size() - 4); }, 20000, 20000},
-        {"checksum stated away", [](Bytes& r) { put32(r, 12, r.size() - 52 - 4); }, 20000, 20000},
         {"wrong checksum", [](Bytes& r) { r.back() ^= 1; }, 20000, std::nullopt},
         {"no zlib header", [](Bytes& r) { r[52] = 0; }, 20000, std::nullopt},
         {"preset dictionary", [](Bytes& r) { r[53] = 0xBB; }, 20000, std::nullopt}, // 0x78BB = 31 x 997, FDICT set

@@ -40,9 +40,10 @@ TEST(RadarModel, IncrementGivesDirectionAndFrames) {
     const struct {
         int increment, clamped, frames;
         SweepDirection direction;
-    } cases[] = {{6, 6, 60, kClockwise},       {-6, -6, 60, kCounter},  {0, 1, 360, kCounter},
-                 {1, 1, 360, kClockwise},      {7, 7, 52, kClockwise},  {60, 60, 6, kClockwise},
-                 {61, 60, 6, kClockwise},      {-61, -60, 6, kCounter}, {INT32_MAX, 60, 6, kClockwise},
+    } cases[] = {{-6, -6, 60, kCounter},
+                 {0, 1, 360, kCounter},
+                 {7, 7, 52, kClockwise},
+                 {INT32_MAX, 60, 6, kClockwise},
                  {INT32_MIN, -60, 6, kCounter}};
     for (const auto& c : cases) {
         EXPECT_EQ(clampIncrement(c.increment), c.clamped) << c.increment;
@@ -58,10 +59,7 @@ TEST(RadarModel, SweepFadesBehindItsLeadingEdge) {
         std::size_t lines;
         CanvasPoint first, middle, last;
         std::array<int, 3> greys;
-    } cases[] = {{0, 30, kClockwise, 118, {181, 98}, {235, 75}, {292, 68}, {0, 127, 252}},
-                 {90, 180, kClockwise, 709, {68, 293}, {293, 68}, {518, 292}, {0, 127, 254}},
-                 {45, 90, kClockwise, 354, {134, 134}, {293, 67}, {452, 133}, {0, 127, 254}},
-                 {-45, 90, kCounter, 354, {134, 134}, {293, 67}, {452, 133}, {255, 128, 1}},
+    } cases[] = {{90, 180, kClockwise, 709, {68, 293}, {293, 68}, {518, 292}, {0, 127, 254}},
                  {-300, 30, kCounter, 118, {488, 181}, {511, 235}, {518, 292}, {255, 128, 3}}};
     for (const auto& c : cases) {
         const std::vector<SweepLine> lines = sweepLines(kDefault, c.angle, c.trace, c.direction);
@@ -82,13 +80,10 @@ TEST(RadarModel, ReadsMarkersForgivingly) {
     } cases[] = {{"XJS912,330,80,220,52", "XJS912", 330, 80},
                  {"A B,-90, 50", "A B", -90, 50},
                  {"", "", 0, 0},
-                 {",", "", 0, 0},
-                 {"A", "A", 0, 0},
                  {"A,48", "A", 48, 0},
                  {"A,,48", "A", 0, 0},
                  {"A,x,48", "A", 0, 0},
                  {"A,4x,48", "A", 4, 0},
-                 {"A,48,x", "A", 48, 0},
                  {"A,99999999999,-99999999999", "A", INT32_MAX, INT32_MIN},
                  {longName + ",1,2", longName, 1, 2}};
     for (const auto& c : cases) {
@@ -101,8 +96,6 @@ TEST(RadarModel, ReadsMarkersForgivingly) {
 TEST(RadarModel, MarkersStandAtTheirPlacesAndStayFinite) {
     EXPECT_EQ(markerPosition(kDefault, {"", 0, 0}), kDefault.centre);
     EXPECT_EQ(markerPosition(kDefault, {"", 48, 48}), (CanvasPoint{373, 221}));
-    EXPECT_EQ(markerPosition(kDefault, {"", 217, 88}), (CanvasPoint{174, 451}));
-    EXPECT_EQ(markerPosition(kDefault, {"", 48, 250}), (CanvasPoint{712, -85}));
     EXPECT_EQ(markerPosition(kDefault, {"", -90, 50}), (CanvasPoint{181, 293}));
     const CanvasPoint far = markerPosition(kDefault, {"", 90, INT32_MAX});
     EXPECT_GT(far.x, 65535); // beyond every canvas, yet far enough from overflow to add sizes to it

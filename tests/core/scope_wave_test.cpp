@@ -1,5 +1,7 @@
 // Waves of sounds and the light of a beam that draws them. Samples are small enough to be worked out by hand.
 #include "instruments/scope_wave.h"
+#include "raster.h"
+#include "wave_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -8,21 +10,7 @@
 namespace veldran {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
 using Values = std::vector<float>;
-
-WaveFormat pcm(std::uint16_t channels, std::uint16_t bits) {
-    return {kPcmTag, channels, 8000, 8000, 1, bits};
-}
-
-Bytes words(const std::vector<int>& values) {
-    Bytes bytes;
-    for (const int value : values) {
-        bytes.push_back(static_cast<std::uint8_t>(value));
-        bytes.push_back(static_cast<std::uint8_t>(value >> 8));
-    }
-    return bytes;
-}
 
 TEST(WaveValues, ChannelsScalesAndKindsOfSamples) {
     const Bytes stereo = words({16384, -8192, -4096, 0, 0, 4096});
@@ -69,44 +57,39 @@ TEST(WaveValues, LongStretchesKeepTheirPeaks) {
     EXPECT_TRUE(wave.read(0, 0, 0, 9).empty());
 }
 
-// A picture of 24 bits, all of one colour.
-struct Screen {
-    Screen(int width, int height, std::uint8_t level)
-        : bytes(static_cast<std::size_t>(3 * width * height), level), view{bytes.data(), width, height, 3 * width, 24} {
-    }
-    int green(int x, int y) const { return view.pixel(x, y)[1]; }
-
-    Bytes bytes;
-    ImageView view;
-};
+int green(const Raster& screen, int x, int y) {
+    return screen.view.pixel(x, y)[1];
+}
 
 TEST(BeamLight, IsWeakerWhereTheBeamIsQuick) {
     BeamLight light(60, 100);
     // Level for 20 columns, then ever steeper.
     light.write(std::vector<BeamPoint>{{5, 90}, {15, 90}, {25, 90}, {35, 70}, {45, 10}}, 10);
     light.widen();
-    Screen screen(80, 120, 0);
+    Raster screen(80, 120, 24);
+    std::ranges::fill(screen.bytes, std::uint8_t{0});
     Bytes columns(60, 255);
     std::fill_n(columns.begin(), 9, std::uint8_t{0});
     light.show(screen.view, 10, 20, 0, 0x00C000, columns);
-    const int level = screen.green(30, 110);
-    const int steep = screen.green(40, 100);
-    const int steeper = screen.green(50, 60);
+    const int level = green(screen, 30, 110);
+    const int steep = green(screen, 40, 100);
+    const int steeper = green(screen, 50, 60);
     EXPECT_TRUE(level > steep + 10 && steep > steeper + 10 && steeper > 40) << level << steep << steeper;
     EXPECT_GT(screen.view.pixel(30, 110)[0], 0); // a white core where it is slow
     EXPECT_EQ(screen.view.pixel(50, 60)[0], 0);
     for (int y = 0; y < 120; ++y)
-        EXPECT_EQ(screen.green(18, y) + screen.green(70, y), 0) << y; // weight 0, and where nothing was written
+        EXPECT_EQ(green(screen, 18, y) + green(screen, 70, y), 0) << y; // weight 0, and where nothing was written
 }
 
 TEST(BeamLight, DarkTracesAreNeverWhiteAndBordersHold) {
     BeamLight light(20, 20);
     light.write(std::vector<BeamPoint>{{-30, 10}, {50, 10}, {50, -999}, {10, 1e4f}, {19, 19}}, 500);
     light.widen();
-    Screen screen(12, 12, 200);
+    Raster screen(12, 12, 24);
+    std::ranges::fill(screen.bytes, std::uint8_t{200});
     light.show(screen.view, -4, -4, 0xC8C8C8, 0x101010, Bytes(20, 255));
     EXPECT_LE(*std::ranges::max_element(screen.bytes), 200);
-    EXPECT_LT(screen.green(6, 6), 30);
+    EXPECT_LT(green(screen, 6, 6), 30);
 }
 
 } // namespace

@@ -1,12 +1,9 @@
-// The pictures of the magic eye, measured in true-colour frames: which channel is where, sizes, colours, outlines and
-// delays.
-#include "recording_host.h"
+// The pictures of the magic eye, measured in true-colour frames: which channel
+// is where, sizes, colours, outlines and delays.
+#include "built_frames.h"
 #include "sound_bytes.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <fstream>
 #include <numbers>
 
 namespace {
@@ -17,32 +14,19 @@ constexpr int kLevels[] = {0, 80, 160, 254}; // of the left channel; the right o
 constexpr int kFrames = std::size(kLevels);
 constexpr int kSize = 160;
 
-// From a sound of 100 pairs a frame at 1000 a second.
-Recording build(const std::string& settings) {
-    std::string samples;
-    for (int i = 0; i < 100 * kFrames; ++i) {
-        samples += static_cast<char>(127 + kLevels[i / 100] / 2);
-        samples += static_cast<char>(127 + kLevels[kFrames - 1 - i / 100] / 2);
-    }
-    char folder[MAX_PATH] = "";
-    GetTempPathA(sizeof folder, folder);
-    const std::string path = std::string(folder) + "veldran-eye-test.wav";
-    std::ofstream(path, std::ios::binary) << stereoSound(1000, 8, samples);
-    Session session;
-    session.settings =
-        "MainEffect = 13\nTruecolour = 1\nMainDelay = 7\nMainMagicEyeSize = 160\nMainMagicEyeFrames = 4\n"
-        "MainMagicEyeNormalize = 0\nMainMagicEyeSound = " +
-        path + "\n" + settings;
-    session.steps.push_back(pressing(kBuild));
-    Recording seen = run(session);
-    DeleteFileA(path.c_str());
-    EXPECT_TRUE(seen.faults.empty());
+Recording buildEye(const std::string& settings) {
+    const TemporaryFile sound("veldran-eye-test.wav", levelSound(kLevels));
+    Recording seen = build("MainEffect = 13\nTruecolour = 1\nMainDelay = 7\nMainMagicEyeSize = 160\n"
+                           "MainMagicEyeFrames = 4\nMainMagicEyeNormalize = 0\nMainMagicEyeSound "
+                           "= " +
+                           sound.path() + "\n" + settings);
     EXPECT_EQ(seen.frames.size(), static_cast<std::size_t>(kFrames));
     return seen;
 }
 
-// Degrees of the cone without light, in the tube whose square begins at (left, top), against those for a level: silence
-// leaves 100, and 220 of 255 close the shadow.
+// Degrees of the cone without light, in the tube whose square begins at (left,
+// top), against those for a level: silence leaves 100, and 220 of 255 close the
+// shadow.
 void expectShadow(const Frame& frame, int left, int top, int level) {
     int dark = 0;
     for (int degrees = -90; degrees < 90; ++degrees) {
@@ -55,8 +39,8 @@ void expectShadow(const Frame& frame, int left, int top, int level) {
 
 TEST(MagicEye, EachTubeFollowsItsChannelAndIsCutOut) {
     for (const char* smooth : {"MainAntialias = 1\n", "MainAntialias = 0\n"}) {
-        const Recording seen =
-            build(std::string(smooth) + "MainAlphaTrans = 1\nMainMagicEyeMatchTime = 0\nMainMagicEyePadding = 12\n");
+        const Recording seen = buildEye(std::string(smooth) + "MainAlphaTrans = 1\nMainMagicEyeMatchTime "
+                                                              "= 0\nMainMagicEyePadding = 12\n");
         for (int i = 0; i < static_cast<int>(seen.frames.size()); ++i) {
             const Frame& frame = seen.frames[static_cast<std::size_t>(i)];
             ASSERT_EQ(frame.width(), 2 * kSize + 3 * 12);
@@ -65,7 +49,8 @@ TEST(MagicEye, EachTubeFollowsItsChannelAndIsCutOut) {
             EXPECT_EQ(frame.info.delay, 7u);
             for (const int left : {12, 24 + kSize}) {
                 expectShadow(frame, left, 12, kLevels[left == 12 ? i : kFrames - 1 - i]);
-                EXPECT_EQ(frame.colour(left, 12), 0x7F7F7Fu); // what stands behind alpha
+                EXPECT_EQ(frame.colour(left, 12),
+                          0x7F7F7Fu); // what stands behind alpha
                 EXPECT_EQ(frame.alpha(left, 12), 0);
                 EXPECT_EQ(frame.alpha(left - 1, 12 + kSize / 2), 0);
                 EXPECT_EQ(frame.alpha(left + 1, 12 + kSize / 2), 255);
@@ -75,8 +60,8 @@ TEST(MagicEye, EachTubeFollowsItsChannelAndIsCutOut) {
 }
 
 TEST(MagicEye, OneChannelIsOneTubeInTheColoursGiven) {
-    const Recording seen = build("MainMagicEyeUsePadding = 0\nMainMagicEyeGreenColor = 16777215\n"
-                                 "MainMagicEyeBlackColor = 255\nMainMagicEyeChannels = 2\n");
+    const Recording seen = buildEye("MainMagicEyeUsePadding = 0\nMainMagicEyeGreenColor = 16777215\n"
+                                    "MainMagicEyeBlackColor = 255\nMainMagicEyeChannels = 2\n");
     for (int i = 0; i < static_cast<int>(seen.frames.size()); ++i) {
         const Frame& frame = seen.frames[static_cast<std::size_t>(i)];
         ASSERT_EQ(frame.width(), kSize);

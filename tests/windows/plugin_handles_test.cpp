@@ -1,9 +1,8 @@
 // Nothing is left over: drawing objects, windows and global memory stand still however often the dialog opens and
 // whatever is built in it.
+#include "built_frames.h"
 #include "object_count.h"
-#include "recording_host.h"
-
-#include <gtest/gtest.h>
+#include "sound_bytes.h"
 
 namespace {
 
@@ -71,7 +70,6 @@ TEST(Handles, StandStillOverBuilds) {
         {"default", "", kBuild, {}, 2},
         {"supercompressed", "MainSupercompress = 1\n", kTest, {}},
         {"true colour", "Truecolour = 1\n", kBuild, {}},
-        {"alpha", "MainAlphaTrans = 1\n", kBuild, {}},
         {"no document", "MainSupercompress = 1\n", kBuild, {kHostCreateTask, 1}},
         {"frame refused", "MainSupercompress = 1\n", kBuild, {kHostAddImage, 3}},
         {"without its file", "MainEffect = 10\nMainDatapadTextFile = C:\\no such file\n", kBuild, {}},
@@ -82,6 +80,34 @@ TEST(Handles, StandStillOverBuilds) {
         session.refusals = {row.refusal};
         expectStandStill(session, row.times);
     }
+}
+
+// Every instrument with its mask, in one dialog: the host refuses each document, which leaves the dialog open.
+TEST(Handles, StandStillOverAllInstruments) {
+    const int levels[] = {0, 128, 254, 9};
+    const TemporaryFile sound("veldran-handles-test.wav", levelSound(levels));
+    const TemporaryFile text("veldran-handles-test.txt", "a\nb\n");
+    Session session;
+    session.settings =
+        "MainAlphaTrans = 1\nMainRadarIncrement = 33\nMainLissajousIncrement = 33\nMainCountdownSeconds = 0\n"
+        "MainVoiceStepSize = 64\nMainBubbleFrames = 64\nMainDatapadTextFile = " +
+        text.path() + "\n";
+    for (const char* key :
+         {"VUAnalogSquare", "VUAnalogRound", "VUDigHorz", "VUDigVert", "Spectrum", "MagicEye", "Sonic", "Voice"})
+        *session.settings += "Main" + std::string(key) + "Sound = " + sound.path() + "\n";
+    for (const char* key : {"VUAnalogSquare", "VUAnalogRound", "VUDigHorz", "VUDigVert", "Spectrum", "MagicEye",
+                            "Sonic", "Plasma", "Altimeter", "BarGraph", "Ladder", "Arclight", "Tach", "Stopwatch"})
+        *session.settings += line("Main" + std::string(key) + "Frames", 4);
+    for (int effect = 0; effect < 20; ++effect) {
+        session.steps.push_back([effect](HWND dialog) {
+            setChoice(dialog, kEffect, effect);
+            press(dialog, kBuild);
+        });
+        session.refusals.push_back({kHostCreateTask, effect + 1});
+    }
+    const Recording seen = run(session);
+    EXPECT_EQ(seen.count(kHostCreateTask), 20); // all of them came so far
+    expectStandStill(session, 1);
 }
 
 } // namespace

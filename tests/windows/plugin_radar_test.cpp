@@ -1,8 +1,6 @@
-// The radar's pictures, measured in true-colour frames: sizes, counts, sweep, hub, markers and their labels.
+// The radar's pictures, measured in true-colour frames: sweep, hub, markers and their labels.
 // Colours are chosen so that each channel tells one thing: green the sweep, blue the graticule, red the markers.
-#include "recording_host.h"
-
-#include <gtest/gtest.h>
+#include "built_frames.h"
 
 #include <cmath>
 #include <numbers>
@@ -14,22 +12,9 @@ using namespace recording;
 constexpr char kTellingColours[] = "MainEffect = 15\nTruecolour = 1\nMainRadarGreenColor = 65280\n"
                                    "MainRadarBlackColor = 0\nMainRadarWhiteColor = 16711680\n"
                                    "MainRadarMarkerColor = 255\n";
-constexpr int kSixty = 33; // choices of the increment list
-constexpr int kMinusSixty = 0;
-
-std::string numbered(const char* key, int value) {
-    return std::string(key) + " = " + std::to_string(value) + "\n";
-}
 
 std::vector<Frame> buildRadar(const std::string& settings, std::vector<Step> steps = {}) {
-    Session session;
-    session.settings = kTellingColours + settings;
-    session.steps = std::move(steps);
-    session.steps.push_back(pressing(kBuild));
-    Recording seen = run(session);
-    EXPECT_TRUE(seen.boxes.empty());
-    EXPECT_TRUE(seen.faults.empty());
-    return std::move(seen.frames);
+    return buildFrames(kTellingColours + settings, std::move(steps));
 }
 
 struct Place {
@@ -58,29 +43,6 @@ double brightness(const Frame& frame, double bearing) {
     return clear > 0 ? 255 * light / clear : 0;
 }
 
-TEST(Radar, SizeAndPaddingGiveTheFrameSize) {
-    // Artwork pixels to one of the frame: 526 / size, cut. Sides: (526 + 2 x unit x padding) x (100 / unit cut) %.
-    const int cases[][3] = {
-        {175, 2, 178},  // 3: 538 x 33 % is 177.54
-        {1000, 0, 267}, // limited to 256 and 2
-        {0, 10, 73},    // limited to 48: 726 x 10 % is 72.6
-    };
-    for (const auto& [size, padding, side] : cases) {
-        SCOPED_TRACE(size);
-        const std::vector<Frame> frames =
-            buildRadar(numbered("MainRadarSize", size) + numbered("MainRadarPadding", padding) +
-                       numbered("MainRadarIncrement", kSixty));
-        ASSERT_EQ(frames.size(), 6u);
-        for (const Frame& frame : frames) {
-            EXPECT_EQ(frame.width(), side);
-            EXPECT_EQ(frame.height(), side);
-            for (const int x : {0, side - 1})
-                for (const int y : {0, side - 1})
-                    EXPECT_EQ(frame.colour(x, y), 0x606060u) << x << ' ' << y;
-        }
-    }
-}
-
 struct SweepCase {
     int choice;
     std::size_t frames;
@@ -89,7 +51,7 @@ struct SweepCase {
 };
 
 TEST(Radar, SweepTurnsWithItsTailBehindIt) {
-    const SweepCase cases[] = {{kSixty, 6, 60, -1}, {kMinusSixty, 6, -60, 1}, {29, 15, 24, -1}};
+    const SweepCase cases[] = {{0, 6, -60, 1}, {29, 15, 24, -1}}; // choices of the increment list
     for (const SweepCase& row : cases) {
         SCOPED_TRACE(row.choice);
         const std::vector<Frame> frames =
@@ -142,70 +104,56 @@ std::vector<Frame> buildMarkers(const std::vector<std::string>& lines, const std
                       {[&](HWND dialog) { setLines(dialog, kRadarMarkerList, lines); }});
 }
 
-// The middle of the frame is artwork pixel 283; squares reach from 6 before a marker's place to 5 behind it.
-TEST(Radar, MarkerSquaresStandAtTheirPlaces) {
-    const struct {
-        const char* line;
-        Place place; // artwork pixels from the middle, or beyond the frame
-    } cases[] = {
-        {",90,50", {112, 0}},        // 112.99999 and 0.00015, cut: pi is a little short
-        {",270,25,99,99", {-55, 0}}, // a quarter is 56, cut again
-        {",-30,80", {-89, -155}},    // 180 x 0.5 and 180 x 0.86603
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.line);
-        const std::vector<Frame> frames = buildMarkers({row.line}, "MainRadarPingMarkers = 0\n");
-        ASSERT_EQ(frames.size(), 6u);
-        const Place first{283 + row.place.x - 6, 283 + row.place.y - 6};
-        for (const Frame& frame : frames)
-            for (int y = 0; y < 283; ++y)
-                for (int x = 0; x < 283; ++x) {
-                    const bool inside =
-                        2 * x >= first.x && 2 * x + 1 < first.x + 12 && 2 * y >= first.y && 2 * y + 1 < first.y + 12;
-                    const bool outside =
-                        2 * x + 1 < first.x || 2 * x >= first.x + 12 || 2 * y + 1 < first.y || 2 * y >= first.y + 12;
-                    const COLORREF colour = frame.colour(x, y);
-                    ASSERT_TRUE(!inside || colour == 0x0000FF) << x << ' ' << y;
-                    ASSERT_TRUE(!outside || GetRValue(colour) == 0 || std::hypot(x - 141, y - 141) > 127)
-                        << x << ' ' << y;
-                }
-    }
-}
-
-TEST(Radar, MarkersTakeTheGlowOfTheSweep) {
-    // A red marker with a blue flash: blue is the glow, red what is left of it.
+// Squares of twelve artwork pixels, six of the frame, each with a red marker and a blue flash: blue is the glow, red
+// what is left of it. Beside them there is no red.
+TEST(Radar, MarkerSquaresTakeTheGlowOfTheSweep) {
     const struct {
         int bearing;
         int distance;
         int glow; // in the frame at 60 degrees
         int tolerance;
     } cases[] = {{60, 70, 254, 5}, {30, 70, 127, 8}, {90, 70, 0, 0}, {60, 115, 0, 0}};
-    for (const auto& row : cases) {
-        SCOPED_TRACE(testing::Message() << row.bearing << ' ' << row.distance);
-        const std::string line = "," + std::to_string(row.bearing) + "," + std::to_string(row.distance);
-        for (const bool pings : {true, false}) {
-            const std::vector<Frame> frames = buildMarkers({line}, pings ? "" : "MainRadarPingMarkers = 0\n");
-            ASSERT_EQ(frames.size(), 6u);
+    std::vector<std::string> lines;
+    for (const auto& row : cases)
+        lines.push_back("," + std::to_string(row.bearing) + "," + std::to_string(row.distance));
+    for (const bool pings : {true, false}) {
+        const std::vector<Frame> frames = buildMarkers(lines, pings ? "" : "MainRadarPingMarkers = 0\n");
+        ASSERT_EQ(frames.size(), 6u);
+        for (const auto& row : cases) {
+            SCOPED_TRACE(testing::Message() << row.bearing << ' ' << row.distance);
             const Place at = placeAt(frames[1], row.bearing, row.distance * 1.13);
             const COLORREF colour = frames[1].colour(at.x, at.y);
             EXPECT_NEAR(GetBValue(colour), pings ? row.glow : 0, row.tolerance);
             EXPECT_NEAR(GetRValue(colour), 255 - (pings ? row.glow : 0), row.tolerance);
             EXPECT_EQ(GetGValue(colour), 0);
+            if (row.distance > 100)
+                continue; // on the panel, which has red of its own
+            int red = 0;  // of frame 4, in which no marker is lit
+            for (int y = at.y - 4; y <= at.y + 4; ++y)
+                for (int x = at.x - 4; x <= at.x + 4; ++x)
+                    red += GetRValue(frames[4].colour(x, y));
+            EXPECT_NEAR(red, 36 * 255, 255) << red / 255.0;
         }
     }
 }
 
+// Labels of four markers at once; what they change lies in the quarter of their own.
 TEST(Radar, LabelsStandOnTheSideOfTheMiddle) {
+    const auto frameWith = [](const std::string& name) {
+        std::vector<std::string> lines;
+        for (const char* bearing : {"45", "135", "225", "315"})
+            lines.push_back(name + "," + bearing + ",70");
+        return buildMarkers(lines, "MainRadarPingMarkers = 0\n").at(3);
+    };
+    const Frame bare = frameWith("");
+    const Frame named = frameWith("ABC");
     for (const int bearing : {45, 135, 225, 315}) {
         SCOPED_TRACE(bearing);
-        const std::string rest = "," + std::to_string(bearing) + ",70";
-        const Frame bare = buildMarkers({rest}, "MainRadarPingMarkers = 0\n")[3];
-        const Frame named = buildMarkers({"ABC" + rest}, "MainRadarPingMarkers = 0\n")[3];
         const Place marker = placeAt(bare, bearing, 79.1);
         int count = 0;
         Place sum{0, 0};
-        for (int y = 0; y < 283; ++y)
-            for (int x = 0; x < 283; ++x)
+        for (int y = marker.y < 141 ? 0 : 141; y < (marker.y < 141 ? 141 : 283); ++y)
+            for (int x = marker.x < 141 ? 0 : 141; x < (marker.x < 141 ? 141 : 283); ++x)
                 if (named.colour(x, y) != bare.colour(x, y)) {
                     ++count;
                     sum = {sum.x + x - marker.x, sum.y + y - marker.y};

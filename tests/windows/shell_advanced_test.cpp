@@ -63,9 +63,7 @@ protected:
     HostParams host_{};
 };
 
-constexpr Setting kNumber = Setting::DigitalVUEtchHighlight; // 100 to 400
-
-TEST_F(Advanced, OkClampsWhatWasTyped) {
+TEST_F(Advanced, OkKeepsWhatWasTypedWithinItsLimits) {
     const struct {
         const char* label;
         const char* typed;
@@ -75,39 +73,25 @@ TEST_F(Advanced, OkClampsWhatWasTyped) {
         {"VU etch highlight:", "500", Setting::DigitalVUEtchHighlight, 400},
         {"VU etch shadow:", "", Setting::DigitalVUEtchShadow, 1},
         {"VU interchannel space:", "256", Setting::AdvancedDigitalVUInterchannelHorizontal, 256},
-        {"Radar marker font size:", "3", Setting::AdvancedRadarMarkerFontSize, 4},
-        {"Altimeter sample altitude:", "25001", Setting::AdvancedAltimeterSampleAltitude, 25000},
         {"Altimeter barometric pressure:", "4294967295", Setting::AdvancedAltimeterBarometricPressure, 400},
     };
-    EXPECT_TRUE(drive([&](HWND dialog) {
+    const auto type = [&](HWND dialog) {
         for (const auto& c : cases)
             SetWindowTextA(behindLabel(dialog, c.label), c.typed);
+        SetWindowTextA(behindLabel(dialog, "Mono label:"), "one & only");
+        SetWindowTextA(behindLabel(dialog, "Left label:"), std::string(300, 'x').c_str());
+        CheckDlgButton(dialog, GetDlgCtrlID(behindLabel(dialog, "Font:")) + 1, BST_UNCHECKED);
+    };
+    EXPECT_FALSE(drive(type)); // cancelled
+    EXPECT_EQ(pluginSettings().number(Setting::DigitalVUEtchHighlight), 266u);
+    EXPECT_EQ(pluginSettings().text(Setting::LabelLeft), "LEFT");
+    EXPECT_TRUE(drive([&](HWND dialog) {
+        type(dialog);
         SendMessageA(dialog, WM_COMMAND, IDOK, 0);
     }));
     for (const auto& c : cases)
         EXPECT_EQ(pluginSettings().number(c.setting), c.stored) << c.label;
     EXPECT_EQ(pluginSettings().number(Setting::DigitalVURedRange), 220u); // untouched: its first value
-}
-
-TEST_F(Advanced, CancelKeepsEverything) {
-    EXPECT_FALSE(drive([](HWND dialog) {
-        SetWindowTextA(behindLabel(dialog, "VU etch highlight:"), "300");
-        SetWindowTextA(behindLabel(dialog, "Left label:"), "changed");
-        SendMessageA(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
-    }));
-    EXPECT_EQ(pluginSettings().number(kNumber), 266u);
-    EXPECT_EQ(pluginSettings().text(Setting::LabelLeft), "LEFT");
-}
-
-TEST_F(Advanced, TextsAreLimited) {
-    EXPECT_TRUE(drive([](HWND dialog) {
-        SetWindowTextA(behindLabel(dialog, "Mono label:"), "one & only");
-        const HWND left = behindLabel(dialog, "Left label:");
-        EXPECT_EQ(SendMessageA(left, EM_GETLIMITTEXT, 0, 0), 260);
-        SetWindowTextA(left, std::string(300, 'x').c_str()); // a program is not held by the limit
-        CheckDlgButton(dialog, GetDlgCtrlID(behindLabel(dialog, "Font:")) + 1, BST_UNCHECKED);
-        SendMessageA(dialog, WM_COMMAND, IDOK, 0);
-    }));
     EXPECT_EQ(pluginSettings().text(Setting::AdvancedLabelMono), "one & only");
     EXPECT_EQ(pluginSettings().text(Setting::LabelLeft), std::string(259, 'x'));
     EXPECT_EQ(pluginSettings().number(Setting::InstrumentFontBold), 0u);
@@ -150,7 +134,7 @@ TEST_F(Advanced, ReadsWellAtEveryTextSize) {
 }
 
 TEST_F(Advanced, EnterPressesTheFocusedDrawnButton) {
-    for (const std::uint32_t look : {0u, 1u, 2u, 3u, 4u}) {
+    for (const std::uint32_t look : {0u, 3u}) {
         host_.buttonStyle = look;
         const auto defaults = [](HWND dialog) {
             std::set<int> found;
@@ -225,18 +209,10 @@ TEST_F(Advanced, EveryLookShowsEveryState) {
 }
 
 TEST_F(Advanced, HelpAsksTheHost) {
-    const std::string longTopic(300, 't');
-    const struct {
-        const char* topic;
-        std::string document;
-    } cases[] = {{nullptr, "VELDRap1.HTML"},
-                 {"", "VELDRap1.HTML"},
-                 {"RADAR", "VELDRap1.HTML#RADAR"},
-                 {longTopic.c_str(), "VELDRap1.HTML#" + std::string(246, 't')}}; // 260 in all
-    for (const auto& c : cases) {
-        showHelp(nullptr, &host_, c.topic);
-        EXPECT_EQ(askedDocument, c.document);
-    }
+    showHelp(nullptr, &host_, nullptr);
+    EXPECT_EQ(askedDocument, "VELDRap1.HTML");
+    showHelp(nullptr, &host_, std::string(300, 't').c_str());
+    EXPECT_EQ(askedDocument, "VELDRap1.HTML#" + std::string(246, 't')); // 260 in all
     drive([](HWND dialog) { SendMessageA(GetDlgItem(dialog, 9), BM_CLICK, 0, 0); });
     EXPECT_EQ(askedDocument, "VELDRap1.HTML#ADVANCED");
 }

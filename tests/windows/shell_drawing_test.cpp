@@ -1,4 +1,4 @@
-// The shell's drawing parts, called directly: canvases, refusals, dialogs' controls.
+// The shell's drawing parts, called directly: canvases, refusals, the registry.
 // Small odd sizes, and every pixel looked at.
 #include "base/module.h"
 #include "instruments/effect_list.h"
@@ -12,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <set>
 
 namespace {
 
@@ -62,7 +61,7 @@ TEST_F(Shell, CanvasFailuresReleaseEverything) {
 
 TEST_F(Shell, LogicalUnitsArePixelsToTheLastRowAndColumn) {
     const int before = object_count::drawingObjects();
-    const SIZE sizes[] = {{586, 586}, {101, 67}, {2, 300}, {640, 3}, {1550, 1550}, {566, 567}};
+    const SIZE sizes[] = {{101, 67}, {2, 300}, {1550, 1550}, {566, 567}};
     for (const SIZE& size : sizes) {
         SCOPED_TRACE(testing::Message() << size.cx << " x " << size.cy);
         const int right = size.cx - 1;
@@ -97,45 +96,6 @@ TEST_F(Shell, WhatIsMissingOrEmptyGivesNoImage) {
     EXPECT_FALSE(roundedRectangleMask(10, 10, 4, 4, 0));
     EXPECT_FALSE(bezelMask(10, 0, {BezelStyle::Round, 2, 2}));
     EXPECT_FALSE(loadPackedImage(7199)); // no such resource
-}
-
-class ScratchDialog : public Shell {
-protected:
-    void SetUp() override {
-        Shell::SetUp();
-        dialog = CreateWindowA("#32770", "", WS_POPUP, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
-        ASSERT_NE(dialog, nullptr);
-    }
-    void TearDown() override { DestroyWindow(dialog); }
-
-    HWND add(const char* windowClass, const std::string& text, int identity, DWORD style = 0) {
-        return CreateWindowA(windowClass, text.c_str(), WS_CHILD | style, 0, 0, 50, 20, dialog,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(identity)), nullptr, nullptr);
-    }
-
-    HWND dialog = nullptr;
-};
-
-TEST_F(ScratchDialog, OnlyTheChosenInstrumentIsShown) {
-    const int identities[] = {99, 100, 329, 330, 340, 350, 351, 670, 671, 10099, 10100, 10340, 10670, 10671, -1};
-    for (const int identity : identities)
-        add("STATIC", "", identity, WS_VISIBLE);
-    const auto shown = [&] {
-        std::set<int> all;
-        for (const int identity : identities)
-            if ((GetWindowLongA(GetDlgItem(dialog, identity), GWL_STYLE) & WS_VISIBLE) != 0)
-                all.insert(identity);
-        return all;
-    };
-    const std::set<int> others = {-1, 99, 671, 10099, 10671};
-    showInstrumentControls(dialog, -1);
-    EXPECT_EQ(shown(), others);
-    std::set<int> radar = others;
-    radar.insert({329, 330, 340, 350, 10340});
-    showInstrumentControls(dialog, 15);
-    EXPECT_EQ(shown(), radar);
-    showInstrumentControls(dialog, -1);
-    EXPECT_EQ(shown(), others);
 }
 
 // What the effect list calls ready is what the registry can draw.

