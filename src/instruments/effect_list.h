@@ -12,19 +12,13 @@ namespace veldran {
 
 inline constexpr int kEffectCount = 20;
 
-enum class EffectState : std::uint8_t {
-    Planned, // listed, with its settings; a build of it fails
-    Ready,   // has its entries in the effect registry
-};
-
 struct EffectRow {
     const char* name;    // as the effect list shows it
     const char* keyStem; // its settings keys begin with this
     int firstControl;    // identities of its controls, both ends included, spinners apart
     int lastControl;
     int spinnerCount;
-    EffectState state;
-    std::span<const ParameterRow> parameters; // empty while the instrument has no panel
+    std::span<const ParameterRow> parameters;
 };
 
 std::span<const EffectRow, kEffectCount> effectRows();

@@ -111,12 +111,11 @@ void EffectCatalog::parseLine(std::span<const std::string_view> fields) {
 }
 
 void EffectCatalog::parseEffect(std::span<const std::string_view> fields) {
-    require(fields.size() == 4, "a wrong number of fields");
+    require(fields.size() == 3, "a wrong number of fields");
     const std::uint32_t row = requiredNumber(fields[1], "no row number");
     require(std::ranges::find(effects_, row, &Effect::row) == effects_.end(), "a row that stands twice");
-    require(fields[2] == "ready" || fields[2] == "planned", "an unknown state");
-    require(!fields[3].empty(), "an effect without a name");
-    effects_.push_back({row, fields[2] == "ready" ? EffectState::Ready : EffectState::Planned, std::string(fields[3])});
+    require(!fields[2].empty(), "an effect without a name");
+    effects_.push_back({row, std::string(fields[2])});
 }
 
 void EffectCatalog::parseSetting(std::span<const std::string_view> fields) {

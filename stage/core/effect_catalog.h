@@ -11,12 +11,9 @@
 
 namespace stage {
 
-enum class EffectState { Ready, Planned };
-
 struct Effect {
     std::uint32_t row; // what the setting MainEffect stores
-    EffectState state;
-    std::string name; // as the plugin's effect list shows it; may end in " *"
+    std::string name;  // as the plugin's effect list shows it; may end in " *"
 };
 
 enum class SettingKind { Flag, Integer, Colour, Choice, Text, File };

@@ -101,8 +101,7 @@ void appendLines(std::string& text, const char* name, std::string_view lines) {
 std::string listText(const EffectCatalog& catalog) {
     std::string text = "Effects, each with its settings: key, kind, default, what is allowed, label\n";
     for (const Effect& effect : catalog.effects()) {
-        text += formatted("\n%2u  ", effect.row) + effect.name;
-        text += effect.state == EffectState::Planned ? "  (planned)\n" : "\n";
+        text += formatted("\n%2u  ", effect.row) + effect.name + '\n';
         appendSettingsOf(text, catalog, effect.row);
     }
     text += "\nOptions of every effect\n";

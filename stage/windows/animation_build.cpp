@@ -63,8 +63,6 @@ void drivePlugin(const PluginLibrary& plugin, const BuildRequest& request, HostS
     if (reason.empty())
         reason = accepted ? "The plugin closed its dialog without having built an animation."
                           : "The plugin refused to work with this program.";
-    if (request.effect.state == EffectState::Planned)
-        reason += "\n\"" + request.effect.name + "\" is only planned: this version of the plugin cannot build it.";
     throw Failure(ExitCode::PluginFailed, reason);
 }
 

@@ -15,9 +15,9 @@
 namespace stage {
 namespace {
 
-const std::string kStart = "voltane-effects\t1\nbutton\ttest\t48\neffect\t0\tplanned\tAnalog Meter (round)\n"
-                           "effect\t1\tplanned\tAnalog Meter (square)\neffect\t7\tready\tCountdown *\n"
-                           "effect\t15\tready\tRadar\n";
+const std::string kStart = "voltane-effects\t1\nbutton\ttest\t48\neffect\t0\tAnalog Meter (round)\n"
+                           "effect\t1\tAnalog Meter (square)\neffect\t7\tCountdown *\n"
+                           "effect\t15\tRadar\n";
 const std::string kCatalog = kStart + "setting\tMainRadarAngle\tinteger\t90\t0\t360\t15\tAngle\t\n"
                                       "setting\tMainRadarTrace\tcolour\t65280\t\t\t15\tTrace\t\n"
                                       "setting\tMainRadarSize\tchoice\t1\t\t\t15\tSize\tsmall;medium;large\n"
@@ -81,9 +81,9 @@ TEST(StageCatalog, DamageIsNamedWithItsLine) {
                  {"voltane-effects\t1\nbutton\ttest\t48\n", "no effects"},
                  {"voltane-effects\t1\nbutton\ttest\t70000\n", "line 2"},
                  {kStart + "button\ttest\t49\n", "line 7: a second test button"},
-                 {kStart + "effect\t15\tready\tRadar\n", "line 7: a row that stands twice"},
-                 {kStart + "effect\t99999999999\tready\tX\n", "line 7: no row number"},
-                 {kStart + "effect\t3\tsoon\tX\n", "line 7: an unknown state"},
+                 {kStart + "effect\t15\tRadar\n", "line 7: a row that stands twice"},
+                 {kStart + "effect\t99999999999\tX\n", "line 7: no row number"},
+                 {kStart + "effect\t3\tready\tX\n", "line 7: a wrong number of fields"},
                  {kStart + "setting\tA\tinteger\t1\t5\t4\t-\t\t\n", "an empty range"},
                  {kStart + "setting\tA\tinteger\tx\t\t\t-\t\t\n", "a default that is not a number"},
                  {kStart + "setting\tA B\tinteger\t1\t\t\t-\t\t\n", "a key of a wrong form"},
@@ -237,8 +237,8 @@ TEST(StageArguments, BatchLines) {
 
 TEST(StageReport, ListSummaryAndProgress) {
     const std::string list = listText(EffectCatalog::parse(kCatalog));
-    for (const char* part : {"15  Radar\n", " 7  Countdown *\n", "Analog Meter (round)  (planned)\n", "#00FF00",
-                             "from 0 to 360", "0 small, 1 medium, 2 large"})
+    for (const char* part : {"15  Radar\n", " 7  Countdown *\n", "Analog Meter (round)\n", "#00FF00", "from 0 to 360",
+                             "0 small, 1 medium, 2 large"})
         EXPECT_TRUE(contains(list, part)) << part;
     EXPECT_LT(list.find("MainRadarAngle"), list.find("Options of every effect"));
     EXPECT_GT(list.find("MainDelay"), list.find("Options of every effect"));

@@ -2,7 +2,7 @@
 // Lines of fields separated by tabs:
 //   voltane-effects  1
 //   button   test  control identity
-//   effect   row  ready|planned  name
+//   effect   row  name
 //   markers  row of the effect that has a list of markers
 //   setting  key  flag|integer|colour|choice|text|file  default  minimum  maximum  effect row or "-"  label  choices
 // Numbers are unsigned decimal; an empty minimum and maximum mean no bound; choices are separated by ";", and such a
@@ -114,8 +114,7 @@ void printSetting(const SettingRow& row) {
 int main() {
     std::printf("voltane-effects\t1\nbutton\ttest\t%d\n", kControlTest);
     for (std::size_t i = 0; i < effectRows().size(); ++i)
-        std::printf("effect\t%zu\t%s\t%s\n", i, effectRows()[i].state == EffectState::Ready ? "ready" : "planned",
-                    effectRows()[i].name);
+        std::printf("effect\t%zu\t%s\n", i, effectRows()[i].name);
     for (std::size_t i = 0; i < effectRows().size(); ++i)
         for (const ParameterRow& parameter : effectRows()[i].parameters)
             if (parameter.kind == ParameterKind::Markers)
