@@ -4,9 +4,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <emmintrin.h>
+#include <utility>
 
 namespace veldran {
 namespace {
+
+// Uninitialised bytes or words, with room behind them for those of a register of bytes.
+template <class Value>
+std::unique_ptr<Value[]> makeBuffer(int values) {
+    return std::make_unique_for_overwrite<Value[]>(static_cast<std::size_t>(values) + kLongestRegister);
+}
 
 __m128i loadFour(const std::uint16_t* words) {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(words));
@@ -33,8 +41,9 @@ Cells::Cells(int length, int cellSize) : pixels(length), size(cellSize), count((
     outside = (count * size - pixels) / 2;
 }
 
-CellGrid::CellGrid(const ConstImageView& image, const Cells& across, const Cells& down)
-    : across_(across), down_(down), channels_(image.bytesPerPixel()), loops_(loopsFor(channels_, across.size)),
+CellGrid::CellGrid(const LightLoops& loops, const ConstImageView& image, const Cells& across, const Cells& down)
+    : loops_(loops), across_(across), down_(down), channels_(image.bytesPerPixel()),
+      rowLoops_(rowLoopsFor(channels_, across.size)),
       bytes_(makeBuffer<std::uint8_t>(across.count * down.count * channels_)),
       cells_{bytes_.get(), across.count, down.count, static_cast<std::ptrdiff_t>(across.count) * channels_,
              image.bits,   nullptr} {
@@ -43,26 +52,34 @@ CellGrid::CellGrid(const ConstImageView& image, const Cells& across, const Cells
     for (int k = 0; k < down.count; ++k) {
         sumRows(image, k * down.size - down.outside, sums.get() + margin);
         continueBothWays(sums.get() + margin, image.width * channels_, channels_, margin);
-        (this->*loops_.average)(sums.get(), cells_.row(k));
+        (this->*rowLoops_.average)(sums.get(), cells_.row(k));
     }
 }
 
 void CellGrid::sumRows(const ConstImageView& image, int y, std::uint16_t* sums) const {
-    const int rowBytes = image.width * channels_;
     const std::uint8_t* rows[kLargestCell];
     for (int i = 0; i < down_.size; ++i)
         rows[i] = image.row(std::clamp(y + i, 0, image.height - 1));
-    const __m128i zero = _mm_setzero_si128();
-    for (int at = 0; at < rowBytes; at += kLanes) {
-        Words sum{zero, zero};
-        for (int i = 0; i < down_.size; ++i) {
-            const __m128i bytes = loadPart(rows[i] + at, rowBytes - at);
-            sum = {_mm_add_epi16(sum.low, _mm_unpacklo_epi8(bytes, zero)),
-                   _mm_add_epi16(sum.high, _mm_unpackhi_epi8(bytes, zero))};
-        }
-        auto* const out = reinterpret_cast<__m128i*>(sums + at);
-        _mm_storeu_si128(out, sum.low);
-        _mm_storeu_si128(out + 1, sum.high);
+    loops_.sumRows(rows, down_.size, image.width * channels_, sums);
+}
+
+void CellGrid::enlargeInto(const ImageView& image, const LightUse& use) const {
+    const int words = (across_.count + 1) * across_.size * channels_;
+    std::unique_ptr<std::uint16_t[]> above = makeBuffer<std::uint16_t>(words);
+    std::unique_ptr<std::uint16_t[]> below = makeBuffer<std::uint16_t>(words);
+    for (int k = 0; k <= down_.count; ++k) { // the pixels between row of cells k - 1 and row k
+        std::swap(above, below);
+        if (k < down_.count)
+            (this->*rowLoops_.enlarge)(cells_.row(k), below.get());
+        const int top = k * down_.size - down_.lead();
+        const int from = std::max(top, 0);
+        const int to = std::min(top + down_.size, image.height);
+        if (from >= to)
+            continue;
+        loops_.fill({image.row(from), image.stride, image.width * channels_, to - from,
+                     (k == 0 ? below : above).get() + across_.lead() * channels_,
+                     (k == down_.count ? above : below).get() + across_.lead() * channels_,
+                     down_.firstWeight() + 2 * (from - top), down_.size, use});
     }
 }
 
@@ -104,14 +121,14 @@ void CellGrid::enlargeRow(const std::uint8_t* cells, std::uint16_t* words) const
 }
 
 template <int kChannels, int kSize>
-constexpr CellGrid::RowLoops CellGrid::loops() {
+constexpr CellGrid::RowLoops CellGrid::rowLoops() {
     return {&CellGrid::averageRow<kChannels, kSize>, &CellGrid::enlargeRow<kChannels, kSize>};
 }
 
-CellGrid::RowLoops CellGrid::loopsFor(int channels, int size) {
+CellGrid::RowLoops CellGrid::rowLoopsFor(int channels, int size) {
     static constexpr RowLoops kLoops[2][kLargestCell] = {
-        {loops<3, 1>(), loops<3, 2>(), loops<3, 3>(), loops<3, 4>(), loops<3, 5>()},
-        {loops<4, 1>(), loops<4, 2>(), loops<4, 3>(), loops<4, 4>(), loops<4, 5>()}};
+        {rowLoops<3, 1>(), rowLoops<3, 2>(), rowLoops<3, 3>(), rowLoops<3, 4>(), rowLoops<3, 5>()},
+        {rowLoops<4, 1>(), rowLoops<4, 2>(), rowLoops<4, 3>(), rowLoops<4, 4>(), rowLoops<4, 5>()}};
     return kLoops[channels - 3][size - 1];
 }
 

@@ -1,7 +1,9 @@
 // Broad light is worked out at a reduced size, where it has nothing finer to lose; narrow light at full size.
 #include "render/glow.h"
 
+#include "render/box_blur.h"
 #include "render/cell_grid.h"
+#include "render/light_loops.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -50,10 +52,13 @@ ImageView inMemoryOrder(const ImageView& image) {
     return {image.row(image.height - 1), image.width, image.height, -image.stride, image.bits, image.colourTable};
 }
 
-// Replaces 16 bytes at a time by combine(original, blurred); makeCombine(scale) gives what takes words that count in
-// 1 / scale, 64 to 128.
-template <class MakeCombine>
-void blurAndCombine(const ImageView& given, int radius, MakeCombine makeCombine) {
+LightUse replacing(int scale) {
+    return {false, scale, 0, 0};
+}
+
+// `useOf(scale)` says what becomes of light that counts in 1 / scale.
+template <class UseOf>
+void spreadLight(const LightLoops& loops, const ImageView& given, int radius, UseOf useOf) {
     if (radius <= 0)
         return;
     const ImageView image = inMemoryOrder(given);
@@ -62,32 +67,12 @@ void blurAndCombine(const ImageView& given, int radius, MakeCombine makeCombine)
     const Cells down(image.height, cellSize(image.height, reach));
     const BoxWindows windowsAcross = windowsFor(reach, across.size);
     const BoxWindows windowsDown = windowsFor(reach, down.size);
-    if (across.size == 1 && down.size == 1) {
-        const auto combine = makeCombine(128);
-        return boxBlur(image, windowsAcross, windowsDown, [&combine](__m128i original, const Words& blurred) {
-            return combine(original, Words{_mm_slli_epi16(blurred.low, 7), _mm_slli_epi16(blurred.high, 7)});
-        });
-    }
-    const CellGrid grid(image, across, down);
-    boxBlur(grid.cells(), windowsAcross, windowsDown, [](__m128i, const Words& blurred) { return packed(blurred); });
-    grid.enlargeInto(image, makeCombine(grid.scale()));
+    if (across.size == 1 && down.size == 1)
+        return boxBlur(loops, image, windowsAcross, windowsDown, useOf(kBlurScale));
+    const CellGrid grid(loops, image, across, down);
+    boxBlur(loops, grid.cells(), windowsAcross, windowsDown, replacing(kBlurScale));
+    grid.enlargeInto(image, useOf(grid.scale()));
 }
-
-// Rounds words to bytes.
-class Replace {
-public:
-    explicit Replace(int scale)
-        : half_(_mm_set1_epi16(static_cast<short>(scale / 2))),
-          multiplier_(_mm_set1_epi16(static_cast<short>((65536 + scale / 2) / scale))) {}
-    __m128i operator()(__m128i, const Words& blurred) const {
-        return packed({rounded(blurred.low), rounded(blurred.high)});
-    }
-
-private:
-    __m128i rounded(__m128i words) const { return _mm_mulhi_epu16(_mm_add_epi16(words, half_), multiplier_); }
-    __m128i half_;
-    __m128i multiplier_;
-};
 
 // Parts of what a pixel differs from the blurred image, at full strength. A line thinner than the radius leaves little
 // light in the blurred image, so the halo takes more than all of it; much more would fill acute angles. The core's part
@@ -97,41 +82,22 @@ constexpr int kCoreEighths = 3;
 // Weights count in scale / 65536, which is 64 / 65536 at least: 20 x 65536 / 64 x 12 / 8 = 30720 at most, below 2^15.
 constexpr int kMostStrength = 2000;
 
-class Lift {
-public:
-    Lift(int strength, int scale)
-        : scale_(_mm_set1_epi16(static_cast<short>(scale))), halo_(weight(strength, scale, kHaloEighths)),
-          core_(weight(strength, scale, -kCoreEighths)) {}
-    __m128i operator()(__m128i original, const Words& blurred) const {
-        const __m128i zero = _mm_setzero_si128();
-        const __m128i lift = packed({lifted(_mm_unpacklo_epi8(original, zero), blurred.low),
-                                     lifted(_mm_unpackhi_epi8(original, zero), blurred.high)});
-        return _mm_adds_epu8(original, lift);
-    }
-
-private:
-    static __m128i weight(int strength, int scale, int eighths) {
+LightUse lifting(int strength, int scale) {
+    const auto weight = [=](int eighths) {
         const int limited = std::clamp(strength, 0, kMostStrength);
-        return _mm_set1_epi16(static_cast<short>(limited * 65536LL * eighths / (800 * scale)));
-    }
-    // One of the two products is negative unless both are zero.
-    __m128i lifted(__m128i original, __m128i blurred) const {
-        const __m128i lacking = _mm_sub_epi16(blurred, _mm_mullo_epi16(original, scale_));
-        return _mm_max_epi16(_mm_mulhi_epi16(lacking, halo_), _mm_mulhi_epi16(lacking, core_));
-    }
-    __m128i scale_;
-    __m128i halo_;
-    __m128i core_;
-};
+        return static_cast<std::int16_t>(limited * 65536LL * eighths / (800 * scale));
+    };
+    return {true, scale, weight(kHaloEighths), weight(-kCoreEighths)};
+}
 
 } // namespace
 
-void blurImage(const ImageView& image, int radius) {
-    blurAndCombine(image, radius, [](int scale) { return Replace(scale); });
+void blurImage(const ImageView& image, int radius, const LightLoops& loops) {
+    spreadLight(loops, image, radius, replacing);
 }
 
-void glowImage(const ImageView& image, int strength, int radius) {
-    blurAndCombine(image, radius, [strength](int scale) { return Lift(strength, scale); });
+void glowImage(const ImageView& image, int strength, int radius, const LightLoops& loops) {
+    spreadLight(loops, image, radius, [strength](int scale) { return lifting(strength, scale); });
 }
 
 } // namespace veldran

@@ -2,6 +2,7 @@
 #include "raster.h"
 #include "render/bezel.h"
 #include "render/glow.h"
+#include "render/light_loops.h"
 #include "render/scale_grid.h"
 
 #include <gtest/gtest.h>
@@ -46,6 +47,50 @@ TEST(Glow, FlatImagesStayAsTheyAre) {
                     blurImage(image.view, radius);
                     ASSERT_EQ(image.bytes, before) << width << "x" << height << "x" << bits << " " << radius;
                 }
+}
+
+TEST(Glow, RegistersOfBothLengthsGiveTheSameBytes) {
+    if (&bestLight() == &kSse2Light)
+        GTEST_SKIP() << "This processor has registers of one length.";
+    const int sizes[][2] = {{1, 1}, {3, 90}, {64, 32}, {53, 34}, {130, 71}};
+    for (const auto& [width, height] : sizes)
+        for (const int bits : {24, 32})
+            for (const int radius : {1, 3, 6, 9, 13, 40, 381}) {
+                Raster images[2] = {{width, height, bits}, {width, height, bits}};
+                for (Raster& image : images) {
+                    const LightLoops& loops = &image == images ? kSse2Light : bestLight();
+                    image.fillRandom(5);
+                    glowImage(image.view, 130, radius, loops);
+                    blurImage(image.view, radius, loops);
+                }
+                EXPECT_EQ(images[0].bytes, images[1].bytes) << width << "x" << height << "x" << bits << " " << radius;
+            }
+}
+
+TEST(Glow, MirroredImagesGiveMirroredResults) {
+    using Filter = void (*)(const ImageView&);
+    const Filter filters[] = {[](const ImageView& image) { blurImage(image, 5); },
+                              [](const ImageView& image) { blurImage(image, 18); },
+                              [](const ImageView& image) { glowImage(image, 150, 11); }};
+    for (const Filter filter : filters)
+        for (const int bits : {24, 32})
+            for (const auto& [width, height] : {std::pair{37, 21}, {38, 23}, {41, 22}, {46, 30}}) {
+                Raster image(width, height, bits);
+                image.fillRandom(11);
+                const auto turned = [&] { // by 180 degrees: mirrored both ways
+                    Bytes bytes = image.bytes;
+                    for (int y = 0; y < height; ++y)
+                        for (int x = 0; x < width; ++x)
+                            std::copy_n(image.view.pixel(width - 1 - x, height - 1 - y), bits / 8,
+                                        &bytes[static_cast<std::size_t>(image.view.pixel(x, y) - image.view.row(0))]);
+                    return bytes;
+                };
+                Raster filtered(width, height, bits);
+                std::ranges::copy(turned(), filtered.bytes.begin());
+                filter(filtered.view);
+                filter(image.view);
+                EXPECT_EQ(filtered.bytes, turned()) << width << "x" << height << "x" << bits;
+            }
 }
 
 // A bar of light in the dark, upright or level, so that one profile shows the weights of one direction.
