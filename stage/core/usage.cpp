@@ -6,6 +6,7 @@ namespace {
 
 constexpr const char* kOverview = R"(stage renders the animated instruments of the plugin veldran1_x64.dll beside it.
 
+  stage [FILE]          opens the window, with that animation
   stage list            shows the effects and their settings: key, kind, default, what is allowed
   stage render --effect NAME|ROW [options]
                         renders one animation into one or more files

@@ -2,34 +2,18 @@
 #include "windows/animation_build.h"
 
 #include "core/failure.h"
+#include "core/report.h"
 #include "core/settings_text.h"
+#include "windows/com_apartment.h"
 #include "windows/console.h"
 #include "windows/default_files.h"
 #include "windows/dialog_driver.h"
 #include "windows/host_session.h"
 #include "windows/import_patch.h"
-#include "windows/private_folder.h"
 #include "windows/wide_text.h"
-
-#include <objbase.h>
 
 namespace stage {
 namespace {
-
-// COM on this thread, for the shell and for decoding images.
-class ComApartment {
-public:
-    ComApartment() : ready_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-    ~ComApartment() {
-        if (ready_)
-            CoUninitialize();
-    }
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-
-private:
-    bool ready_;
-};
 
 // Stand in for the system's functions inside the plugin, which takes a held Shift key for the wish to reset all
 // settings: a person may be typing elsewhere while a script renders.
@@ -72,17 +56,17 @@ std::string plainLines(std::string text) {
     return text;
 }
 
-Remembered remember(const PluginLibrary& plugin, const BuildRequest& request, const PrivateFolder& folder) {
+} // namespace
+
+Remembered rememberBuild(const PluginLibrary& plugin, const Effect& effect, OutputFormat format,
+                         const PluginFiles& files) {
     Remembered made;
-    made.settings =
-        settingsToRemember(plugin.catalog(), utf8FromSystem(folder.settings()), request.effect, request.format,
-                           [&request](std::string_view file) { return isDefaultFile(file, request.format); });
-    if (plugin.catalog().hasMarkers(request.effect))
-        made.markers = plainLines(utf8FromSystem(folder.markers()));
+    made.settings = settingsToRemember(plugin.catalog(), utf8FromSystem(files.settings), effect, format,
+                                       [format](std::string_view file) { return isDefaultFile(file, format); });
+    if (plugin.catalog().hasMarkers(effect))
+        made.markers = plainLines(utf8FromSystem(files.markers));
     return made;
 }
-
-} // namespace
 
 BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request) {
     const ComApartment apartment;
@@ -96,7 +80,12 @@ BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& r
     const ImportPatch asyncKeys(plugin.module(), "user32.dll", "GetAsyncKeyState",
                                 reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
     ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
-    HostSession session(recorder, progress, printProgress, programFolder());
+    HostEvents events;
+    events.status = [&progress](const std::string& status) { printProgress(progress.showStatus(status)); };
+    events.progress = [&progress](std::uint64_t done, std::uint64_t total) {
+        printProgress(progress.showProgress(done, total));
+    };
+    HostSession session(recorder, std::move(events), programFolder());
     BuiltAnimation built;
     built.warnings = placeDefaultFiles(plugin.module(), request.format);
     try {
@@ -107,7 +96,7 @@ BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& r
     }
     printProgress(progress.clear());
     built.animation = recorder.finish();
-    built.animation.made = remember(plugin, request, folder);
+    built.animation.made = rememberBuild(plugin, request.effect, request.format, readPluginFiles(folder.path()));
     return built;
 }
 

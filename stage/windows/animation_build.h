@@ -5,6 +5,7 @@
 #include "core/animation.h"
 #include "core/arguments.h"
 #include "windows/plugin_library.h"
+#include "windows/private_folder.h"
 
 namespace stage {
 
@@ -23,5 +24,9 @@ struct BuiltAnimation {
 
 // Prints the progress. Throws Failure.
 BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request);
+
+// What a file shall remember of a build of that effect, from what the plugin left behind.
+Remembered rememberBuild(const PluginLibrary& plugin, const Effect& effect, OutputFormat format,
+                         const PluginFiles& files);
 
 } // namespace stage

@@ -10,6 +10,8 @@
 namespace stage {
 namespace {
 
+CrashReport reportIn = CrashReport::StandardError;
+
 // The letters behind the last backslash.
 const char* fileName(const char* path) {
     const char* name = path;
@@ -30,6 +32,8 @@ LONG WINAPI endProcess(EXCEPTION_POINTERS* exception) {
         std::snprintf(text, sizeof(text), "stage: \"%s\" crashed (exception %08lX).\n",
                       module == nullptr ? "unknown code" : fileName(path), exception->ExceptionRecord->ExceptionCode);
     DWORD written = 0;
+    if (reportIn == CrashReport::Box)
+        MessageBoxA(nullptr, text, "Stage", MB_OK | MB_ICONERROR);
     WriteFile(GetStdHandle(STD_ERROR_HANDLE), text, static_cast<DWORD>(length), &written, nullptr);
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(ExitCode::PluginFailed));
     return EXCEPTION_EXECUTE_HANDLER;
@@ -37,7 +41,8 @@ LONG WINAPI endProcess(EXCEPTION_POINTERS* exception) {
 
 } // namespace
 
-void reportCrashes() {
+void reportCrashes(CrashReport report) {
+    reportIn = report;
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     SetUnhandledExceptionFilter(endProcess);
 }

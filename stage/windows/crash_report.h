@@ -3,7 +3,9 @@
 
 namespace stage {
 
+enum class CrashReport { StandardError, Box };
+
 // From now on a crash ends the process with the exit code of a failing plugin, after a line that names the library.
-void reportCrashes();
+void reportCrashes(CrashReport report);
 
 } // namespace stage

@@ -38,6 +38,24 @@ using Hook = Owner<HHOOK, ::UnhookWindowsHookEx>;
 using Window = Owner<HWND, ::DestroyWindow>;
 using Process = Owner<HANDLE, ::CloseHandle>;
 using GlobalBlock = Owner<HGLOBAL, ::GlobalFree>;
+using Font = Owner<HFONT, ::DeleteObject>;
+using Bitmap = Owner<HBITMAP, ::DeleteObject>;
+using Brush = Owner<HBRUSH, ::DeleteObject>;
+using MemoryDc = Owner<HDC, ::DeleteDC>;
+using Icon = Owner<HICON, ::DestroyIcon>;
+
+// Selects a drawing object for as long as this lives. Declare it after the object's owner, so that it goes first.
+class Selected {
+public:
+    Selected(HDC dc, HGDIOBJ object) : dc_(dc), previous_(::SelectObject(dc, object)) {}
+    ~Selected() { ::SelectObject(dc_, previous_); }
+    Selected(const Selected&) = delete;
+    Selected& operator=(const Selected&) = delete;
+
+private:
+    HDC dc_;
+    HGDIOBJ previous_;
+};
 
 // A global-memory block, locked for as long as this lives. `bytes` is null when it cannot be locked.
 class LockedBlock {

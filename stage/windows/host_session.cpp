@@ -47,9 +47,8 @@ Frame copyFrame(const HostImageInfo& image) {
 
 } // namespace
 
-HostSession::HostSession(AnimationRecorder& recorder, ProgressText& progress, ProgressPrinter printer,
-                         std::filesystem::path helpFolder)
-    : recorder_(recorder), progress_(progress), printer_(printer), helpFolder_(std::move(helpFolder)) {
+HostSession::HostSession(AnimationRecorder& recorder, HostEvents events, std::filesystem::path helpFolder)
+    : recorder_(recorder), events_(std::move(events)), helpFolder_(std::move(helpFolder)) {
     activeSession = this;
 }
 
@@ -102,17 +101,18 @@ std::intptr_t HostSession::answer(std::uint32_t command, std::uintptr_t wParam, 
         recorder_.addComment(textAt(lParam));
         return 1;
     case kHostFinishTask:
-        succeeded_ = wParam == 1;
+        finishTask(wParam == 1);
         return 1;
     case kHostLoadImage:
         return reinterpret_cast<std::intptr_t>(loadImage(wideFromSystem(textAt(lParam))).detach());
     case kHostShowHelp:
-        return showHelp(textAt(lParam)) ? 1 : 0;
+        return showHelp(helpFolder_, wideFromSystem(textAt(lParam))) ? 1 : 0;
     case kHostShowStatus:
         showStatus(textAt(lParam));
         return 1;
     case kHostShowProgress:
-        printer_(progress_.showProgress(wParam, static_cast<std::uint64_t>(lParam)));
+        if (events_.progress)
+            events_.progress(wParam, static_cast<std::uint64_t>(lParam));
         return 1;
     case kHostSetBackground:
         if (wParam == kBackgroundByIndex)
@@ -121,6 +121,7 @@ std::intptr_t HostSession::answer(std::uint32_t command, std::uintptr_t wParam, 
             recorder_.setBackgroundColour(rgbOf(lParam));
         return 1;
     case kHostBuildBegins:
+        beginBuild();
         return 1;
     default:
         return 0;
@@ -152,22 +153,35 @@ void HostSession::addImage(const HostImageInfo& image) {
 void HostSession::showStatus(const std::string& text) {
     if (text == kDeltaStatus)
         recorder_.announceDeltas();
-    printer_(progress_.showStatus(utf8FromSystem(text)));
+    if (events_.status)
+        events_.status(utf8FromSystem(text));
 }
 
-// The document must stand in the folder itself; a path would let the plugin start any program.
-bool HostSession::showHelp(const std::string& documentAndTopic) const {
-    const std::wstring wanted = wideFromSystem(documentAndTopic);
-    const std::size_t topic = std::min(wanted.find(L'#'), wanted.size());
-    const std::filesystem::path document = wanted.substr(0, topic);
+void HostSession::beginBuild() {
+    failure_ = nullptr;
+    taskCommand_ = 0;
+    succeeded_ = false;
+    if (events_.begins)
+        events_.begins();
+}
+
+void HostSession::finishTask(bool succeeded) {
+    succeeded_ = succeeded;
+    if (events_.finished)
+        events_.finished(taskCommand_ == kHostCreateTestTask ? BuildButton::Test : BuildButton::Build, succeeded);
+}
+
+bool showHelp(const std::filesystem::path& folder, const std::wstring& documentAndTopic) {
+    const std::size_t topic = std::min(documentAndTopic.find(L'#'), documentAndTopic.size());
+    const std::filesystem::path document = documentAndTopic.substr(0, topic);
     std::error_code ignored;
-    if (document != document.filename() || !std::filesystem::is_regular_file(helpFolder_ / document, ignored))
+    if (document != document.filename() || !std::filesystem::is_regular_file(folder / document, ignored))
         return false;
     wchar_t address[2084]; // the longest address that the shell handles
     DWORD length = static_cast<DWORD>(std::size(address));
-    if (FAILED(UrlCreateFromPathW((helpFolder_ / document).c_str(), address, &length, 0)))
+    if (FAILED(UrlCreateFromPathW((folder / document).c_str(), address, &length, 0)))
         return false;
-    const std::wstring whole = address + wanted.substr(topic);
+    const std::wstring whole = address + documentAndTopic.substr(topic);
     // Above 32 the shell has started something.
     return reinterpret_cast<std::intptr_t>(
                ShellExecuteW(nullptr, L"open", whole.c_str(), nullptr, nullptr, SW_SHOWNORMAL)) > 32;

@@ -1,4 +1,4 @@
-// stage: renders the plugin's animations from the command line.
+// stage: a window for people, and a command line for scripts.
 // Knows the verbs only; everything else is in its own file.
 #include "core/animation_reader.h"
 #include "core/arguments.h"
@@ -8,17 +8,24 @@
 #include "core/report.h"
 #include "windows/console.h"
 #include "windows/crash_report.h"
+#include "windows/main_window.h"
 #include "windows/plugin_library.h"
 #include "windows/render.h"
+#include "windows/screen_scale.h"
 #include "windows/wide_text.h"
+#include "windows/window_class.h"
 
 #include <new>
 
 namespace stage {
 namespace {
 
+std::filesystem::path pluginFile() {
+    return programFolder() / "veldran1_x64.dll";
+}
+
 PluginLibrary loadPlugin() {
-    return PluginLibrary::load(programFolder() / "veldran1_x64.dll");
+    return PluginLibrary::load(pluginFile());
 }
 
 void tell(const std::string& message) {
@@ -100,17 +107,50 @@ ExitCode run(const Arguments& arguments) {
     return ExitCode::Done;
 }
 
+// Nothing is asked for, or only the name of a file that is there, as the desktop does for a file that is dropped on the
+// program.
+bool isForWindow(const std::vector<std::string>& words) {
+    std::error_code ignored;
+    return words.empty() || (words.size() == 1 && std::filesystem::is_regular_file(pathFromUtf8(words[0]), ignored));
+}
+
+// A console that was opened for this program alone has nothing to show.
+void leaveOwnConsole() {
+    DWORD processes[2];
+    if (GetConsoleProcessList(processes, 2) == 1)
+        FreeConsole();
+}
+
+int runWindow(const std::vector<std::string>& words) {
+    leaveOwnConsole();
+    reportCrashes(CrashReport::Box);
+    declarePerMonitorScaling();
+    try {
+        MainWindow window(pluginFile());
+        window.show();
+        if (!words.empty())
+            window.open(std::filesystem::absolute(pathFromUtf8(words[0])));
+        window.run();
+        return static_cast<int>(ExitCode::Done);
+    } catch (const std::exception& exception) {
+        showTrouble(nullptr, exception);
+        return static_cast<int>(ExitCode::PluginFailed);
+    }
+}
+
 } // namespace
 } // namespace stage
 
 int wmain(int count, wchar_t** words) {
     using namespace stage;
-    reportCrashes();
+    std::vector<std::string> given;
+    for (int i = 1; i < count; ++i)
+        given.push_back(utf8FromWide(words[i]));
+    if (isForWindow(given))
+        return runWindow(given);
+    reportCrashes(CrashReport::StandardError);
     ReportStyle style = ReportStyle::Text;
     try {
-        std::vector<std::string> given;
-        for (int i = 1; i < count; ++i)
-            given.push_back(utf8FromWide(words[i]));
         const Arguments arguments = parseArguments(given);
         style = arguments.report;
         return static_cast<int>(run(arguments));

@@ -110,17 +110,13 @@ PrivateFolder::PrivateFolder(std::string_view settings, const std::optional<std:
     }
 }
 
-std::string PrivateFolder::settings() const {
-    return contentOf(path_ / kFolder / kSettings);
-}
-
-std::string PrivateFolder::markers() const {
-    return contentOf(path_ / kFolder / kMarkers);
-}
-
 PrivateFolder::~PrivateFolder() {
     std::error_code ignored;
     fs::remove_all(path_, ignored);
+}
+
+PluginFiles readPluginFiles(const fs::path& applicationData) {
+    return {contentOf(applicationData / kFolder / kSettings), contentOf(applicationData / kFolder / kMarkers)};
 }
 
 HRESULT WINAPI redirectedFolderLocation(HWND owner, int folder, LPITEMIDLIST* list) {

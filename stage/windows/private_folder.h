@@ -23,14 +23,19 @@ public:
     PrivateFolder& operator=(const PrivateFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
-    // The two files as the plugin left them, bytes of the system's code page; empty without such a file. Throws
-    // Failure(FileTrouble).
-    std::string settings() const;
-    std::string markers() const;
 
 private:
     std::filesystem::path path_;
 };
+
+// The plugin's two files below an application-data folder, as it left them: bytes of the system's code page, empty
+// where there is no such file.
+struct PluginFiles {
+    std::string settings;
+    std::string markers;
+};
+// Throws Failure(FileTrouble).
+PluginFiles readPluginFiles(const std::filesystem::path& applicationData);
 
 // Stands in for the shell's function of the same name inside the plugin: answers the private folder for the
 // application-data folder, and the shell's own answer for all others. Only while a SettingsRedirection lives.

@@ -71,7 +71,7 @@ quick=(--effect radar --set MainRadarIncrement=33)
 
 # What is wrong is said, and what is allowed.
 convert -size 4x4 xc:red plain.gif
-expect 2 'stage render --effect'
+expect 0 'stage render --effect' help
 expect 2 'nearest is render' rendr
 expect 2 'nearest is --effect' render --efect radar
 expect 2 'nearest name is "Radar"' render --effect Rader
