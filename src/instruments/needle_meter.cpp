@@ -10,11 +10,13 @@
 #include "render/blend.h"
 #include "render/canvas.h"
 #include "render/layers.h"
+#include "render/reduced_copy.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace veldran {
 namespace {
@@ -94,13 +96,15 @@ public:
           sound_(readSoundFrames(dialog, kind.controls.sound, readParameter(dialog, kind.controls.frames),
                                  SoundMeasure::Levels)),
           dark_(artwork_.face.view().width, artwork_.face.view().height),
-          lit_(artwork_.face.view().width, artwork_.face.view().height) {
+          lit_(artwork_.face.view().width, artwork_.face.view().height),
+          shadow_(artwork_.window.view().width, artwork_.window.view().height) {
         const ConstImageView face = artwork_.face.view();
         const int padding = readParameter(dialog, kind.controls.padding);
         geometry_ = artworkGeometry(face.width, face.height, readParameter(dialog, kind.controls.size),
                                     isChecked(dialog, kind.controls.usePadding) ? padding : 0);
         step_ = face.width + geometry_.unit * padding;
         geometry_.width += (displays() - 1) * step_;
+        picture_.emplace(geometry_.width, geometry_.height);
         if (sound_.frames() > 0 && isChecked(dialog, kind.controls.matchTime))
             matchedDelay_ = sound_.matchedDelay(host);
         if (!dark_ || !lit_)
@@ -148,24 +152,22 @@ private:
 
     template <class LevelOf>
     GlobalBlock renderLevels(LevelOf levelOf) const {
-        ScopedCanvas picture(geometry_.width, geometry_.height);
-        const ScopedCanvas shadow(artwork_.window.view().width, artwork_.window.view().height);
-        if (!dark_ || !lit_ || !picture || !shadow)
+        const ScopedCanvas& picture = *picture_;
+        if (!dark_ || !lit_ || !picture || !shadow_)
             return {};
         fillRectangle(picture.dc(), picture.bounds(), background_);
         for (int display = 0; display < displays(); ++display)
-            drawMeter(picture, shadow, originOf(display), levelOf(display));
-        return reducedOrUnchanged(picture.finish(), geometry_.percent);
+            drawMeter(picture, originOf(display), levelOf(display));
+        return reducedCopy(picture.pixels(), geometry_.percent);
     }
 
-    // `shadow` is as large as the window; what stood on it is lost.
-    void drawMeter(const ScopedCanvas& picture, const ScopedCanvas& shadow, CanvasPoint at, int level) const {
+    void drawMeter(const ScopedCanvas& picture, CanvasPoint at, int level) const {
         const ConstImageView still = (level < kLampLevel ? dark_ : lit_).pixels();
         layImage(picture.pixels(), still, at.x, at.y);
 
-        fillRectangle(shadow.dc(), shadow.bounds(), 0);
-        drawNeedle(shadow.dc(), level, kShadowOffset, kShadowStrength, kShadowStrength);
-        blendColourThroughMask(picture.pixels(), shadow.pixels(), at.x, at.y, 0);
+        fillRectangle(shadow_.dc(), shadow_.bounds(), 0);
+        drawNeedle(shadow_.dc(), level, kShadowOffset, kShadowStrength, kShadowStrength);
+        blendColourThroughMask(picture.pixels(), shadow_.pixels(), at.x, at.y, 0);
 
         drawNeedle(picture.dc(), level, at, kNeedleLit, kNeedleDark);
         keepInWindow(cropped(picture.pixels(), at.x, at.y, at.x + still.width, at.y + still.height), still,
@@ -190,6 +192,9 @@ private:
     int step_ = 0;      // from one meter to the next
     ScopedCanvas dark_; // a meter without its needle, cut out
     ScopedCanvas lit_;  // the same with its lamp lit
+    // What a frame is drawn on: the picture, and the needle's shadow, as large as the window.
+    std::optional<ScopedCanvas> picture_;
+    ScopedCanvas shadow_;
 };
 
 std::unique_ptr<FrameSequence> openMeter(HWND dialog, const HostParams* host, const NeedleMeterKind& kind) {

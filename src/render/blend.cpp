@@ -105,7 +105,8 @@ void blendColourThroughMask(const ImageView& picture, const ConstImageView& mask
     const ChannelBytes channels(colour);
     forSharedRows(picture, mask, left, top, [&](const std::uint8_t* weight, std::uint8_t* pixel, int pixels) {
         for (int x = 0; x < pixels; ++x, pixel += 3, weight += 3)
-            blendPixel(pixel, channels, *weight);
+            if (*weight != 0) // most of a mask is empty
+                blendPixel(pixel, channels, *weight);
     });
 }
 
