@@ -10,6 +10,7 @@
 #include "instruments/sound_frames.h"
 #include "render/canvas.h"
 #include "render/layers.h"
+#include "render/reduced_copy.h"
 #include "render/shape_mask.h"
 #include "render/shapes.h"
 #include "settings/output_options.h"
@@ -177,7 +178,7 @@ public:
           sound_(
               readSoundFrames(dialog, kind.controls.sound, readParameter(dialog, kind.controls.frames), kind.measure)),
           names_(bankNames(sound_.channels)), shape_(readShape(dialog)), layout_(ledMeterLayout(shape_)),
-          still_(layout_.width, layout_.height) {
+          still_(layout_.width, layout_.height), picture_(layout_.width, layout_.height) {
         if (sound_.frames() > 0 && isChecked(dialog, kind.controls.matchTime))
             matchedDelay_ = sound_.matchedDelay(host);
         if (!still_)
@@ -334,17 +335,16 @@ private:
 
     template <class LevelOf, class LevelBefore>
     GlobalBlock renderLevels(LevelOf levelOf, LevelBefore levelBefore) const {
-        ScopedCanvas picture(layout_.width, layout_.height);
-        if (!still_ || !picture)
+        if (!still_ || !picture_)
             return {};
-        const ImageView pixels = picture.pixels();
+        const ImageView pixels = picture_.pixels();
         layImage(pixels, still_.pixels(), 0, 0);
         for (int bank = 0; bank < shape_.banks; ++bank)
             for (int column = 0; column < shape_.columns; ++column)
                 strip_->draw(pixels, columnOrigin(layout_, shape_, bank, column),
                              litLeds(levelOf(bank, column), shape_.leds),
                              litLeds(levelBefore(bank, column), shape_.leds));
-        return reducedOrUnchanged(picture.finish(), percent());
+        return reducedCopy(pixels, percent());
     }
 
     const LedMeterKind& kind_;
@@ -358,7 +358,8 @@ private:
     std::vector<std::string> names_; // of the banks
     LedMeterShape shape_;
     LedMeterLayout layout_;
-    ScopedCanvas still_; // everything but LEDs
+    ScopedCanvas still_;   // everything but LEDs
+    ScopedCanvas picture_; // the frame that is being drawn
     std::optional<LedStrip> strip_;
 };
 

@@ -38,16 +38,20 @@ GlobalBlock copyImage(HGLOBAL source) {
     return copy;
 }
 
-GlobalBlock EmitFrame(HGLOBAL image, int percentX, int percentY) try {
+GlobalBlock EmitFrame(HGLOBAL image, int percentX, int percentY) {
     const LockedImage source(image);
     if (!source || source.view().bits == 1)
         return {};
-    GlobalBlock scaled = createImage(scaledLength(source.view().width, percentX),
-                                     scaledLength(source.view().height, percentY), source.view().bits == 32 ? 32 : 24);
+    return scaledImage(source.view(), percentX, percentY);
+}
+
+GlobalBlock scaledImage(const ConstImageView& source, int percentX, int percentY) try {
+    GlobalBlock scaled = createImage(scaledLength(source.width, percentX), scaledLength(source.height, percentY),
+                                     source.bits == 32 ? 32 : 24);
     const LockedImage target(scaled.get());
     if (!target)
         return {};
-    resampleArea(source.view(), target.view());
+    resampleArea(source, target.view());
     return scaled;
 } catch (const std::bad_alloc&) {
     return {};

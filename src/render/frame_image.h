@@ -33,6 +33,8 @@ GlobalBlock copyImage(HGLOBAL source);
 
 // The image scaled by whole per cent: sides are rounded, halves up. 32 bits stay 32, all else becomes 24.
 GlobalBlock EmitFrame(HGLOBAL image, int percentX, int percentY);
+// The same of pixels that stand elsewhere, of 8 bits and more; empty when there is no memory.
+GlobalBlock scaledImage(const ConstImageView& source, int percentX, int percentY);
 
 // A white image of 24 bits.
 GlobalBlock blankFrame(int width, int height);

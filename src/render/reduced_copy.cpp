@@ -3,24 +3,9 @@
 
 #include "render/frame_image.h"
 #include "render/layers.h"
-#include "render/resample.h"
-
-#include <new>
 
 namespace veldran {
 namespace {
-
-GlobalBlock scaledCopy(const ConstImageView& picture, int percent) try {
-    GlobalBlock copy =
-        createImage(scaledLength(picture.width, percent), scaledLength(picture.height, percent), picture.bits);
-    const LockedImage image(copy.get());
-    if (!image)
-        return {};
-    resampleArea(picture, image.view());
-    return copy;
-} catch (const std::bad_alloc&) {
-    return {};
-}
 
 GlobalBlock plainCopy(const ConstImageView& picture) {
     GlobalBlock copy = createImage(picture.width, picture.height, picture.bits);
@@ -34,7 +19,7 @@ GlobalBlock plainCopy(const ConstImageView& picture) {
 } // namespace
 
 GlobalBlock reducedCopy(const ConstImageView& picture, int percent) {
-    GlobalBlock copy = percent == 100 ? GlobalBlock() : scaledCopy(picture, percent);
+    GlobalBlock copy = percent == 100 ? GlobalBlock() : scaledImage(picture, percent, percent);
     return copy ? std::move(copy) : plainCopy(picture);
 }
 
