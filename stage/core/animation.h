@@ -9,6 +9,9 @@
 
 namespace stage {
 
+// That a person can choose: GIF89a programs count the repetitions after the first time with 16 bits.
+inline constexpr std::uint32_t kMostPlays = 65536;
+
 struct Animation {
     std::uint32_t width = 0;   // pixels, 1 to 65535
     std::uint32_t height = 0;  // pixels, 1 to 65535

@@ -8,13 +8,13 @@
 
 namespace stage {
 
-AnimationFile readAnimation(std::span<const std::uint8_t> bytes, const ReadLimits& limits) {
+AnimationFile readAnimation(std::span<const std::uint8_t> bytes, const ReadOptions& options) {
     if (isGif(bytes))
-        return readGif(bytes, limits);
+        return readGif(bytes, options);
     if (isPng(bytes))
-        return readPng(bytes, limits);
+        return readPng(bytes, options);
     if (isMng(bytes))
-        return readMng(bytes, limits);
+        return readMng(bytes, options);
     throw Failure(ExitCode::FileTrouble, "The file is neither a GIF nor a PNG nor an MNG file.");
 }
 

@@ -5,6 +5,7 @@
 #include "core/animation.h"
 #include "core/file_format.h"
 
+#include <functional>
 #include <span>
 
 namespace stage {
@@ -33,14 +34,17 @@ struct AnimationFile {
     std::vector<StoredFrame> stored;         // one for each frame
 };
 
-struct ReadLimits {
+struct ReadOptions {
     // A file of some hundred bytes can ask for any amount of memory; beyond this it is refused.
     std::uint64_t pixels = std::uint64_t{1} << 27; // of all frames together, up to 4 bytes each
+    // Called after each frame with the bytes of all compressed pixels so far; false stops the work.
+    std::function<bool(std::uint64_t bytes)> progress;
 };
 
-// Throws Failure(FileTrouble) saying what is wrong: another kind of file, cut off, damaged, larger than the limits.
+// Throws Failure(FileTrouble) saying what is wrong: another kind of file, cut off, damaged, more pixels than
+// allowed; or that it was stopped.
 // Supported of MNG are files of low complexity: PNG pictures with their places, framing and delays, without loops,
 // stored objects, differences and JPEG pictures.
-AnimationFile readAnimation(std::span<const std::uint8_t> bytes, const ReadLimits& limits = {});
+AnimationFile readAnimation(std::span<const std::uint8_t> bytes, const ReadOptions& options = {});
 
 } // namespace stage

@@ -22,6 +22,8 @@ struct WriteOptions {
     // over the matte colour.
     Rgb matte{255, 255, 255};
     std::uint8_t opacityThreshold = 128; // 1 to 255
+
+    bool operator==(const WriteOptions&) const = default;
 };
 
 // Called before each frame with the number of frames done; false stops the work.

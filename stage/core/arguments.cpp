@@ -132,7 +132,6 @@ RenderOptions parseRender(std::span<const std::string> given) {
     options.markersFile = words.markers;
     options.framesFolder = words.frames;
     options.outputs = outputsOf(words);
-    constexpr std::uint32_t kMostPlays = 65536; // GIF counts the repetitions with 16 bits
     if (words.loop)
         options.plays = parseCount("--loop", *words.loop, 0, kMostPlays);
     if (words.matte)

@@ -2,6 +2,7 @@
 // plugin. Never touches a file.
 #pragma once
 
+#include "core/animation.h"
 #include "core/file_format.h"
 #include "core/frame.h"
 

@@ -3,7 +3,6 @@
 
 #include "core/output_file.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace stage {
@@ -43,13 +42,6 @@ std::filesystem::path suggestedFile(const Document& document, OutputFormat forma
     return file.replace_extension(pathFromUtf8(std::string(formatExtension(format))));
 }
 
-std::vector<std::uint32_t> playedDelays(const Document& document, PlayedAs playedAs) {
-    std::vector<std::uint32_t> delays = storedDelays(*document.animation, document.format);
-    if (playedAs == PlayedAs::Browser)
-        std::ranges::transform(delays, delays.begin(), delayInBrowsers);
-    return delays;
-}
-
 std::string frameText(std::size_t frame, std::size_t frames) {
     return "Frame " + std::to_string(frame + 1) + " of " + std::to_string(frames);
 }
@@ -74,10 +66,9 @@ std::string fileSizeText(OutputFormat format, std::optional<std::uint64_t> bytes
     return std::string(formatName(format)) + (bytes ? ": " + withThousands(*bytes) + " bytes" : ": counting bytes...");
 }
 
-std::string delayText(std::uint32_t milliseconds, OutputFormat format) {
-    const std::string text = std::to_string(milliseconds) + " ms";
-    const bool isDifferent = format != OutputFormat::Png && delayInBrowsers(milliseconds) != milliseconds;
-    return isDifferent ? text + " \u2192 " + std::to_string(delayInBrowsers(milliseconds)) + " ms" : text;
+std::string delayText(std::uint32_t stored, std::uint32_t inBrowsers) {
+    const std::string text = std::to_string(stored) + " ms";
+    return inBrowsers != stored ? text + " \u2192 " + std::to_string(inBrowsers) + " ms" : text;
 }
 
 } // namespace stage

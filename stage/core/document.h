@@ -31,17 +31,13 @@ std::string windowTitle(const Document& document);
 // What the file dialog begins with: the name with the format's extension.
 std::filesystem::path suggestedFile(const Document& document, OutputFormat format);
 
-// The delays at which the animation is played, in milliseconds: those of its format, or what browsers make of them.
-enum class PlayedAs { File, Browser };
-std::vector<std::uint32_t> playedDelays(const Document& document, PlayedAs playedAs);
-
 // Parts of the status line. `frame` counts from 0.
 std::string frameText(std::size_t frame, std::size_t frames);              // "Frame 1 of 60"
 std::string playingTimeText(const PlayingTime& time, std::uint32_t plays); // "2.00 s, forever"
 std::string browserRateText(OutputFormat format, const PlayingTime& time); // "Browsers: 30.0 frames/s"
 // "GIF: 12,345 bytes"; without a number it is still counted.
 std::string fileSizeText(OutputFormat format, std::optional<std::uint64_t> bytes);
-// A delay below a thumbnail, "40 ms"; where browsers differ, "10 ms → 100 ms".
-std::string delayText(std::uint32_t milliseconds, OutputFormat format);
+// A delay below a thumbnail, in milliseconds: "40 ms"; where browsers differ, "10 ms → 100 ms".
+std::string delayText(std::uint32_t stored, std::uint32_t inBrowsers);
 
 } // namespace stage

@@ -1,35 +1,23 @@
 // Counts what goes into a sink between two frames; see the header.
 #include "core/file_sizes.h"
 
-#include "core/picture.h"
 #include "core/steps.h"
 
 #include <cstdio>
-#include <limits>
 
 namespace stage {
 namespace {
-
-// The frames at which the written pictures begin, when equal frames in a row are joined.
-std::vector<std::size_t> writtenFrames(const Animation& animation, OutputFormat format) {
-    const std::vector<std::uint32_t> delays = storedDelays(animation, format);
-    const auto pictureAt = [&](std::size_t i) { return pictureOf(animation.frames[i]); };
-    std::vector<std::size_t> first;
-    for (const Step& step : joinedSteps(animation, pictureAt, delays, std::numeric_limits<std::uint32_t>::max()))
-        first.push_back(step.frame);
-    return first;
-}
 
 std::vector<std::uint64_t> bytesOfFrames(const Animation& animation, OutputFormat format,
                                          const std::vector<std::uint64_t>& pieces) {
     if (pieces.size() == animation.frames.size())
         return pieces;
-    const std::vector<std::size_t> first = writtenFrames(animation, format);
-    if (first.size() != pieces.size())
+    const std::vector<Step> steps = writtenSteps(animation, format);
+    if (steps.size() != pieces.size())
         return {};
     std::vector<std::uint64_t> bytes(animation.frames.size(), 0);
     for (std::size_t i = 0; i < pieces.size(); ++i)
-        bytes[first[i]] = pieces[i];
+        bytes[steps[i].frame] = pieces[i];
     return bytes;
 }
 

@@ -29,8 +29,8 @@ Pixel over(Pixel upper, Pixel lower) {
 
 } // namespace
 
-FrameCanvas::FrameCanvas(std::uint32_t width, std::uint32_t height, const ReadLimits& limits)
-    : pixelsLeft_(limits.pixels) {
+FrameCanvas::FrameCanvas(std::uint32_t width, std::uint32_t height, const ReadOptions& options)
+    : pixelsLeft_(options.pixels), progress_(options.progress) {
     requireOfFile(width >= 1 && height >= 1, "its picture has no pixels");
     requireOfFile(width <= kLargestSide && height <= kLargestSide, "its picture is larger than 65535 pixels a side");
     canvas_ = {width, height, {}};
@@ -63,6 +63,9 @@ Frame FrameCanvas::show(const StoredFrame& stored, const Picture& part) {
         canvas_ = before;
     else if (stored.disposal == Disposal::Clear)
         fill(canvas_, seen, kTransparentPixel);
+    bytes_ += stored.bytes;
+    if (progress_ && !progress_(bytes_))
+        throw Failure(ExitCode::FileTrouble, "Reading was stopped.");
     return frame;
 }
 

@@ -21,8 +21,8 @@ std::string_view textOf(std::span<const std::uint8_t> bytes) {
 
 class GifReader {
 public:
-    GifReader(std::span<const std::uint8_t> bytes, const ReadLimits& limits)
-        : bytes_(bytes.subspan(kSignatureBytes)), canvas_(readScreen(limits)) {}
+    GifReader(std::span<const std::uint8_t> bytes, const ReadOptions& options)
+        : bytes_(bytes.subspan(kSignatureBytes)), canvas_(readScreen(options)) {}
 
     AnimationFile read() {
         for (bool ended = bytes_.left() == 0; !ended;) {
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    FrameCanvas readScreen(const ReadLimits& limits) {
+    FrameCanvas readScreen(const ReadOptions& options) {
         const std::uint32_t width = bytes_.littleShort();
         const std::uint32_t height = bytes_.littleShort();
         file_.format = OutputFormat::Gif;
@@ -60,7 +60,7 @@ private:
             global_ = readPalette(flags);
         if (background < global_.size())
             file_.animation.background = rgbOf(global_[background]);
-        return {width, height, limits};
+        return {width, height, options};
     }
 
     std::vector<Pixel> readPalette(std::uint8_t flags) {
@@ -181,8 +181,8 @@ bool isGif(std::span<const std::uint8_t> bytes) {
     return signature == "GIF89a" || signature == "GIF87a";
 }
 
-AnimationFile readGif(std::span<const std::uint8_t> bytes, const ReadLimits& limits) {
-    return GifReader(bytes, limits).read();
+AnimationFile readGif(std::span<const std::uint8_t> bytes, const ReadOptions& options) {
+    return GifReader(bytes, options).read();
 }
 
 } // namespace stage

@@ -7,6 +7,6 @@ namespace stage {
 
 bool isGif(std::span<const std::uint8_t> bytes);
 // As readAnimation.
-AnimationFile readGif(std::span<const std::uint8_t> bytes, const ReadLimits& limits);
+AnimationFile readGif(std::span<const std::uint8_t> bytes, const ReadOptions& options);
 
 } // namespace stage

@@ -15,8 +15,8 @@ constexpr std::array<std::string_view, 4> kWithoutEffect = {"BACK", "SAVE", "SEE
 
 class MngReader {
 public:
-    MngReader(std::span<const std::uint8_t> bytes, const ReadLimits& limits)
-        : bytes_(bytes.subspan(std::size(kMngSignature))), canvas_(readStart(limits)) {}
+    MngReader(std::span<const std::uint8_t> bytes, const ReadOptions& options)
+        : bytes_(bytes.subspan(std::size(kMngSignature))), canvas_(readStart(options)) {}
 
     AnimationFile read() {
         for (Chunk chunk = nextChunk(bytes_); chunk.type != "MEND"; chunk = nextChunk(bytes_))
@@ -26,7 +26,7 @@ public:
     }
 
 private:
-    FrameCanvas readStart(const ReadLimits& limits) {
+    FrameCanvas readStart(const ReadOptions& options) {
         const Chunk chunk = nextChunk(bytes_);
         requireOfFile(chunk.type == "MHDR" && chunk.data.size() >= 28, "it does not begin with a header");
         ByteCursor bytes(chunk.data);
@@ -37,7 +37,7 @@ private:
         file_.animation.width = width;
         file_.animation.height = height;
         file_.animation.plays = 1;
-        return {width, height, limits};
+        return {width, height, options};
     }
 
     void readChunk(const Chunk& chunk) {
@@ -172,8 +172,8 @@ bool isMng(std::span<const std::uint8_t> bytes) {
            std::equal(std::begin(kMngSignature), std::end(kMngSignature), bytes.begin());
 }
 
-AnimationFile readMng(std::span<const std::uint8_t> bytes, const ReadLimits& limits) {
-    return MngReader(bytes, limits).read();
+AnimationFile readMng(std::span<const std::uint8_t> bytes, const ReadOptions& options) {
+    return MngReader(bytes, options).read();
 }
 
 } // namespace stage

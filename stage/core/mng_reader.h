@@ -7,6 +7,6 @@ namespace stage {
 
 bool isMng(std::span<const std::uint8_t> bytes);
 // As readAnimation.
-AnimationFile readMng(std::span<const std::uint8_t> bytes, const ReadLimits& limits);
+AnimationFile readMng(std::span<const std::uint8_t> bytes, const ReadOptions& options);
 
 } // namespace stage

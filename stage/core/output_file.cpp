@@ -36,6 +36,15 @@ std::filesystem::path systemPath(const std::filesystem::path& path) {
     return path;
 }
 
+// A file that its owner has protected is not replaced, although the system might let one.
+bool isWriteProtected(const std::filesystem::path& path) {
+    using std::filesystem::perms;
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    constexpr perms kAnyWrite = perms::owner_write | perms::group_write | perms::others_write;
+    return !error && std::filesystem::is_regular_file(status) && (status.permissions() & kAnyWrite) == perms::none;
+}
+
 // Beside the target, so that taking its place is one step. Two programs never choose the same name.
 std::filesystem::path unfinishedName(const std::filesystem::path& target) {
     char name[32];
@@ -89,6 +98,8 @@ OutputFile::OutputFile(std::filesystem::path target)
         fail(reasonOf(EISDIR));
     if (target_.filename().native().size() > 255)
         fail(reasonOf(ENAMETOOLONG));
+    if (isWriteProtected(systemPath(target_)))
+        fail("it is write-protected");
     errno = 0;
     stream_.open(part_, std::ios::binary | std::ios::trunc);
     check();

@@ -12,8 +12,8 @@ namespace {
 
 class PngReader {
 public:
-    PngReader(std::span<const std::uint8_t> bytes, const ReadLimits& limits)
-        : bytes_(bytes.subspan(std::size(kPngSignature))), canvas_(readStart(limits)) {}
+    PngReader(std::span<const std::uint8_t> bytes, const ReadOptions& options)
+        : bytes_(bytes.subspan(std::size(kPngSignature))), canvas_(readStart(options)) {}
 
     AnimationFile read() {
         for (Chunk chunk = nextChunk(bytes_); chunk.type != "IEND"; chunk = nextChunk(bytes_))
@@ -27,7 +27,7 @@ public:
     }
 
 private:
-    FrameCanvas readStart(const ReadLimits& limits) {
+    FrameCanvas readStart(const ReadOptions& options) {
         const Chunk chunk = nextChunk(bytes_);
         requireOfFile(chunk.type == "IHDR", "it does not begin with a header");
         header_ = readHeader(chunk.data);
@@ -35,7 +35,7 @@ private:
         file_.animation.width = header_.width;
         file_.animation.height = header_.height;
         file_.animation.plays = 1;
-        return {header_.width, header_.height, limits};
+        return {header_.width, header_.height, options};
     }
 
     void readChunk(const Chunk& chunk) {
@@ -157,8 +157,8 @@ bool isPng(std::span<const std::uint8_t> bytes) {
            std::equal(std::begin(kPngSignature), std::end(kPngSignature), bytes.begin());
 }
 
-AnimationFile readPng(std::span<const std::uint8_t> bytes, const ReadLimits& limits) {
-    return PngReader(bytes, limits).read();
+AnimationFile readPng(std::span<const std::uint8_t> bytes, const ReadOptions& options) {
+    return PngReader(bytes, options).read();
 }
 
 } // namespace stage

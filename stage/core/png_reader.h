@@ -7,6 +7,6 @@ namespace stage {
 
 bool isPng(std::span<const std::uint8_t> bytes);
 // As readAnimation. A file without animation chunks is one frame without delay.
-AnimationFile readPng(std::span<const std::uint8_t> bytes, const ReadLimits& limits);
+AnimationFile readPng(std::span<const std::uint8_t> bytes, const ReadOptions& options);
 
 } // namespace stage

@@ -109,14 +109,14 @@ std::string listText(const EffectCatalog& catalog) {
     return text;
 }
 
-std::optional<std::string> browserWarning(const FileReport& file, std::size_t frames) {
+std::optional<std::string> browserWarning(const FileReport& file) {
     if (file.format == OutputFormat::Mng)
         return "Browsers do not show MNG files.";
-    if (file.format == OutputFormat::Png || frames < 2 || file.time.slowedFrames == 0)
+    if (file.format == OutputFormat::Png || file.time.frames < 2 || file.time.slowedFrames == 0)
         return std::nullopt;
     return "Browsers show \"" + file.file + "\" in " + seconds(file.time.inBrowsers) + " instead of " +
-           seconds(file.time.stored) + ": " + std::to_string(file.time.slowedFrames) + " of " + std::to_string(frames) +
-           " frames have 10 ms or less, which they take for 100 ms.";
+           seconds(file.time.stored) + ": " + std::to_string(file.time.slowedFrames) + " of " +
+           std::to_string(file.time.frames) + " frames have 10 ms or less, which they take for 100 ms.";
 }
 
 std::string summaryText(const RenderReport& report) {

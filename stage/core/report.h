@@ -29,7 +29,7 @@ struct RenderReport {
 };
 
 // What a person should know before giving such a file away: how browsers show it otherwise than it says.
-std::optional<std::string> browserWarning(const FileReport& file, std::size_t frames);
+std::optional<std::string> browserWarning(const FileReport& file);
 
 // One aligned line each: file and bytes of every file, frames, size, duration, seconds taken. Warnings are not in it.
 std::string summaryText(const RenderReport& report);

@@ -1,7 +1,35 @@
 // Joining equal frames and walking through the rest; see the header.
 #include "core/steps.h"
 
+#include <limits>
+
 namespace stage {
+
+std::vector<Step> writtenSteps(const Animation& animation, OutputFormat format) {
+    const std::vector<std::uint32_t> delays = storedDelays(animation, format);
+    const auto pictureAt = [&](std::size_t i) { return pictureOf(animation.frames[i]); };
+    constexpr std::uint32_t kLongest = std::numeric_limits<std::uint32_t>::max();
+    if (format != OutputFormat::Png)
+        return joinedSteps(animation, pictureAt, delays, kLongest);
+    std::vector<Step> steps;
+    for (std::size_t i = 0; i < delays.size(); ++i)
+        steps.push_back({i, delays[i]});
+    return steps;
+}
+
+FrameTimes frameTimes(const Animation& animation, OutputFormat format) {
+    FrameTimes times;
+    times.stored = storedDelays(animation, format);
+    times.inBrowsers = times.stored;
+    std::vector<std::uint32_t> delays;
+    for (const Step& step : writtenSteps(animation, format)) {
+        delays.push_back(step.delay);
+        if (format != OutputFormat::Png)
+            times.inBrowsers[step.frame] += delayInBrowsers(step.delay) - step.delay;
+    }
+    times.whole = playingTime(delays);
+    return times;
+}
 
 std::vector<Step> joinedSteps(const Animation& animation, const PictureAt& pictureAt,
                               std::span<const std::uint32_t> delays, std::uint32_t longestDelay) {

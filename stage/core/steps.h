@@ -3,6 +3,7 @@
 
 #include "core/animation_writer.h"
 #include "core/picture.h"
+#include "core/timing.h"
 
 #include <functional>
 #include <span>
@@ -16,6 +17,19 @@ struct Step {
 };
 
 using PictureAt = std::function<Picture(std::size_t frame)>;
+
+// The pictures of a file of the format with their delays in milliseconds, when equal frames in a row are one; frames of
+// numbered files never are. For GIFs before transparency is cut, which may make a few more frames equal.
+std::vector<Step> writtenSteps(const Animation& animation, OutputFormat format);
+
+// How long a file of the format shows the animation's frames.
+struct FrameTimes {
+    std::vector<std::uint32_t> stored; // ms, of each frame
+    // As browsers show it. Where they show frames that are joined for longer than the file says, the first one has it.
+    std::vector<std::uint32_t> inBrowsers;
+    PlayingTime whole; // of the joined pictures
+};
+FrameTimes frameTimes(const Animation& animation, OutputFormat format);
 
 // `delays` has one for each frame. Equal frames in a row become one step unless its delay would exceed `longestDelay`.
 std::vector<Step> joinedSteps(const Animation& animation, const PictureAt& pictureAt,

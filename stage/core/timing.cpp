@@ -49,6 +49,7 @@ std::uint32_t delayInBrowsers(std::uint32_t milliseconds) {
 
 PlayingTime playingTime(std::span<const std::uint32_t> stored) {
     PlayingTime time;
+    time.frames = stored.size();
     for (const std::uint32_t delay : stored) {
         time.stored += delay;
         time.inBrowsers += delayInBrowsers(delay);

@@ -26,6 +26,7 @@ struct PlayingTime {
     std::uint64_t inBrowsers = 0; // ms
     std::size_t slowedFrames = 0; // that browsers show longer than the file says
     double framesPerSecond = 0;   // as browsers show it; 0 for an animation without time
+    std::size_t frames = 0;
 };
 // Of the delays that a file holds, as storedDelays or a reader tells them. Browsers show no MNG files: as if they did.
 PlayingTime playingTime(std::span<const std::uint32_t> storedDelays);

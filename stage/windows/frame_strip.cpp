@@ -67,9 +67,9 @@ void FrameStrip::setAnimation(std::shared_ptr<const Animation> animation) {
     updateBar();
 }
 
-void FrameStrip::setDelays(std::vector<std::uint32_t> delays, OutputFormat format) {
-    delays_ = std::move(delays);
-    format_ = format;
+void FrameStrip::setDelays(std::vector<std::uint32_t> stored, std::vector<std::uint32_t> inBrowsers) {
+    delays_ = std::move(stored);
+    browserDelays_ = std::move(inBrowsers);
     InvalidateRect(window_, nullptr, FALSE);
 }
 
@@ -146,7 +146,7 @@ void FrameStrip::drawCaption(HDC dc, std::size_t frame, const RECT& cell) {
     std::string number = std::to_string(frame + 1);
     if (frame < bytes_.size())
         number += "  " + shortSizeText(bytes_[frame]);
-    const std::string delay = frame < delays_.size() ? delayText(delays_[frame], format_) : "";
+    const std::string delay = frame < delays_.size() ? delayText(delays_[frame], browserDelays_[frame]) : "";
     RECT line{cell.left, cell.top, cell.right, cell.top + lineHeight_};
     for (const std::string& text : {number, delay}) {
         DrawTextW(dc, wideFromUtf8(text).c_str(), -1, &line, DT_CENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);

@@ -20,9 +20,10 @@ public:
     // The font stays the caller's.
     void setLook(HFONT font, int dpi);
     void setBackdrop(const Backdrop& backdrop);
-    // `delays` in milliseconds, one for each frame; `bytes` the same, or empty where they are not known.
     void setAnimation(std::shared_ptr<const Animation> animation);
-    void setDelays(std::vector<std::uint32_t> delays, OutputFormat format);
+    // In milliseconds, one for each frame, in the file and as browsers show it; `bytes` the same, or empty where they
+    // are not known.
+    void setDelays(std::vector<std::uint32_t> stored, std::vector<std::uint32_t> inBrowsers);
     void setBytes(std::vector<std::uint64_t> bytes);
     // Marks the frame and brings it into view.
     void setCurrent(std::size_t frame);
@@ -46,8 +47,8 @@ private:
     std::shared_ptr<const Animation> animation_;
     std::vector<Picture> thumbnails_; // empty until it was seen
     std::vector<std::uint32_t> delays_;
+    std::vector<std::uint32_t> browserDelays_;
     std::vector<std::uint64_t> bytes_;
-    OutputFormat format_ = OutputFormat::Gif;
     Backdrop backdrop_;
     std::size_t current_ = 0;
     int scroll_ = 0;

@@ -1,8 +1,10 @@
 // The document on the screen: frames, texts, playing.
 #include "windows/main_window.h"
 
+#include "core/gif_writer.h"
 #include "core/output_file.h"
 #include "core/report.h"
+#include "core/steps.h"
 #include "windows/screen_scale.h"
 #include "windows/wide_text.h"
 #include "windows/window_ids.h"
@@ -71,7 +73,7 @@ void MainWindow::setDocument(Document document) {
     if (document_.animation)
         showFrame(0);
     else
-        view_->show(nullptr);
+        view_->show({});
     view_->beginNewPicture();
     updateFormat();
     if (document_.frames() > 1)
@@ -84,13 +86,17 @@ void MainWindow::updateFormat() {
     const bool wasPlaying = isPlaying();
     SendMessageW(formatBox_, CB_SETCURSEL, static_cast<WPARAM>(document_.format), 0);
     if (document_.animation) {
-        strip_->setDelays(storedDelays(*document_.animation, document_.format), document_.format);
-        player_->load(playedDelays(document_, playedAs_), document_.animation->plays);
+        FrameTimes times = frameTimes(*document_.animation, document_.format);
+        time_ = times.whole;
+        player_->load(playedAs_ == PlayedAs::Browser ? times.inBrowsers : times.stored, document_.animation->plays);
+        strip_->setDelays(std::move(times.stored), std::move(times.inBrowsers));
     } else {
         player_->load({}, 0);
     }
     if (wasPlaying)
         player_->start(frame_);
+    if (document_.animation)
+        showPicture();
     sizes_.reset();
     strip_->setBytes({});
     meter_->request(document_.animation, document_.format, writeOptions_);
@@ -103,9 +109,8 @@ void MainWindow::updateNotice() {
     std::vector<NoticeLine> lines;
     const Animation* animation = document_.animation.get();
     if (animation != nullptr && !isOfferClosed_) {
-        const FileReport file{document_.format, documentName(document_), 0,
-                              playingTime(storedDelays(*animation, document_.format))};
-        if (const auto warning = browserWarning(file, animation->frames.size()))
+        const FileReport file{document_.format, documentName(document_), 0, time_};
+        if (const auto warning = browserWarning(file))
             lines.push_back({Sign::Warning, *warning});
         if (animation->made && !document_.file.empty() && !document_.isModified)
             lines.push_back(
@@ -127,11 +132,10 @@ void MainWindow::updateTexts() {
         return;
     }
     const Animation& animation = *document_.animation;
-    const PlayingTime time = playingTime(storedDelays(animation, document_.format));
     status_->show(StatusPart::Picture, pictureText(animation, view_->zoom()));
     status_->show(StatusPart::Frame, frameText(frame_, document_.frames()));
-    status_->show(StatusPart::Time, playingTimeText(time, animation.plays));
-    status_->show(StatusPart::Rate, browserRateText(document_.format, time));
+    status_->show(StatusPart::Time, playingTimeText(time_, animation.plays));
+    status_->show(StatusPart::Rate, browserRateText(document_.format, time_));
     status_->show(StatusPart::Bytes,
                   fileSizeText(document_.format, sizes_ ? std::optional(sizes_->bytes) : std::nullopt));
 }
@@ -160,10 +164,16 @@ void MainWindow::showFrame(std::size_t frame) {
     if (frame == frame_)
         return;
     frame_ = frame;
-    view_->show(&document_.animation->frames[frame]);
+    showPicture();
     strip_->setCurrent(frame);
     SendMessageW(slider_, TBM_SETPOS, TRUE, static_cast<LPARAM>(frame));
     status_->show(StatusPart::Frame, frameText(frame, document_.frames()));
+}
+
+// As the file will show it: a GIF has no half transparent pixels.
+void MainWindow::showPicture() {
+    const Frame& frame = document_.animation->frames[frame_];
+    view_->show(document_.format == OutputFormat::Gif ? gifPicture(frame, writeOptions_) : pictureOf(frame));
 }
 
 void MainWindow::chooseFrame(std::size_t frame) {

@@ -6,6 +6,7 @@
 #include "core/document.h"
 #include "windows/com_apartment.h"
 #include "windows/command_bar.h"
+#include "windows/file_options_dialog.h"
 #include "windows/frame_strip.h"
 #include "windows/long_work.h"
 #include "windows/notice_bar.h"
@@ -27,6 +28,9 @@ inline constexpr std::array<int, 6> kSpeeds = {10, 25, 50, 100, 200, 400};
 inline std::size_t speedIndex(int percent) {
     return static_cast<std::size_t>(std::ranges::find(kSpeeds, percent) - kSpeeds.begin());
 }
+
+// The delays at which the animation is played: those of its file, or what browsers make of them.
+enum class PlayedAs { File, Browser };
 
 class MainWindow {
 public:
@@ -72,6 +76,7 @@ private:
     void updateTexts();
     void updateCommands();
     void showFrame(std::size_t frame);
+    void showPicture();
     void chooseFrame(std::size_t frame);
     void onPlayerWakes();
     void onSizesKnown();
@@ -89,6 +94,7 @@ private:
     void doViewCommand(int command);
     void doPlayCommand(int command);
     void doHelpCommand(int command);
+    void setFileOptions(const FileOptions& options);
     void setBackdrop(BackdropKind kind);
     void setSpeed(int percent);
     void togglePlaying();
@@ -129,6 +135,7 @@ private:
 
     Document document_;
     std::size_t frame_ = 0;
+    PlayingTime time_; // of the document in its format
     std::optional<FileSizes> sizes_;
     WriteOptions writeOptions_;
     PlayedAs playedAs_ = PlayedAs::Browser;

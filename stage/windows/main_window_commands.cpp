@@ -32,9 +32,16 @@ OutputFormat formatAt(int index) {
     return static_cast<OutputFormat>(index);
 }
 
-Document readDocument(const std::filesystem::path& file) {
+Document readDocument(const std::filesystem::path& file, WorkState& state) {
     const std::string content = readFile(file);
-    AnimationFile read = readAnimation({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
+    state.total = content.size();
+    ReadOptions options;
+    options.progress = [&state](std::uint64_t bytes) {
+        state.done = bytes;
+        return !state.isStopped;
+    };
+    AnimationFile read =
+        readAnimation({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()}, options);
     // Of a still PNG an animation can be made that is in one file.
     return {std::make_shared<const Animation>(std::move(read.animation)), file, read.format, read.format, false};
 }
@@ -53,6 +60,7 @@ bool MainWindow::isPossible(int command) const {
         return isThere && document_.animation->made.has_value();
     case ID_SAVE:
     case ID_REPEAT:
+    case ID_FILE_OPTIONS:
     case ID_ZOOM_IN:
     case ID_ZOOM_OUT:
     case ID_ZOOM_ACTUAL:
@@ -106,7 +114,7 @@ void MainWindow::onCommand(int command, int notification) {
             work_->isStopped = true;
     } else if (isBetween(command, ID_NEW_GIF, ID_EXIT)) {
         doFileCommand(command);
-    } else if (isBetween(command, ID_EDIT_PARAMETERS, ID_MATTE)) {
+    } else if (isBetween(command, ID_EDIT_PARAMETERS, ID_FILE_OPTIONS)) {
         doEditCommand(command);
     } else if (isBetween(command, ID_ZOOM_IN, ID_SHOW_STRIP)) {
         doViewCommand(command);
@@ -144,25 +152,32 @@ void MainWindow::doEditCommand(int command) {
     case ID_EDIT_PARAMETERS:
         runPlugin(editorIn(document_.animation->made->settings).value_or(document_.format), document_.animation->made);
         break;
-    case ID_REPEAT: {
-        Animation changed = *document_.animation;
-        changed.plays = changed.plays == 0 ? 1 : 0;
-        document_.animation = std::make_shared<const Animation>(std::move(changed));
-        document_.isModified = true;
-        updateFormat();
+    case ID_REPEAT:
+        setFileOptions({document_.animation->plays == 0 ? 1U : 0U, writeOptions_});
         break;
-    }
-    case ID_MATTE:
-        if (const auto colour = askForColour(window_, writeOptions_.matte)) {
-            writeOptions_.matte = *colour;
-            updateFormat();
-        }
+    case ID_FILE_OPTIONS:
+        if (const auto options = askForFileOptions(window_, {document_.animation->plays, writeOptions_}))
+            setFileOptions(*options);
         break;
     default:
         document_.format = formatAt(command - ID_FORMAT_GIF);
         updateFormat();
         break;
     }
+}
+
+void MainWindow::setFileOptions(const FileOptions& options) {
+    if (options.plays != document_.animation->plays) {
+        Animation changed = *document_.animation;
+        changed.plays = options.plays;
+        document_.animation = std::make_shared<const Animation>(std::move(changed));
+        document_.isModified = true;
+    }
+    if (options.write != writeOptions_ && document_.format == OutputFormat::Gif &&
+        hasTransparency(*document_.animation))
+        document_.isModified = true;
+    writeOptions_ = options.write;
+    updateFormat();
 }
 
 void MainWindow::doViewCommand(int command) {
@@ -327,7 +342,8 @@ void MainWindow::openAsked() {
 
 bool MainWindow::open(const std::filesystem::path& file) {
     std::optional<Document> document;
-    if (!runLongWork("Opening " + utf8FromPath(file.filename()), [&](WorkState&) { document = readDocument(file); }))
+    if (!runLongWork("Opening " + utf8FromPath(file.filename()),
+                     [&](WorkState& state) { document = readDocument(file, state); }))
         return false;
     setDocument(std::move(*document));
     status_->show(StatusPart::Message, "Opened " + utf8FromPath(file.filename()));
@@ -358,7 +374,7 @@ bool MainWindow::runLongWork(const std::string& what, const std::function<void(W
     updateCommands();
     if (IsChild(window_, focused) && IsWindowEnabled(focused))
         SetFocus(focused);
-    if (!trouble.empty())
+    if (!trouble.empty() && !state.isStopped)
         showTrouble(window_, what + " failed.\n\n" + trouble);
     return trouble.empty() && !state.isStopped;
 }

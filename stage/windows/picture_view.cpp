@@ -30,10 +30,9 @@ PictureView::PictureView(HWND parent) {
     updateBars();
 }
 
-void PictureView::show(const Frame* frame) {
-    Picture next = frame == nullptr ? Picture{} : pictureOf(*frame);
-    const bool isOtherSize = next.width != picture_.width || next.height != picture_.height;
-    picture_ = std::move(next);
+void PictureView::show(Picture picture) {
+    const bool isOtherSize = picture.width != picture_.width || picture.height != picture_.height;
+    picture_ = std::move(picture);
     if (isOtherSize)
         resize();
     InvalidateRect(window_, nullptr, FALSE);

@@ -14,8 +14,9 @@ public:
     explicit PictureView(HWND parent);
 
     HWND window() const { return window_; }
-    // Shows the frame; null shows the text instead.
-    void show(const Frame* frame);
+    // An empty picture shows the text instead.
+    void show(Picture picture);
+    const Picture& shown() const { return picture_; }
     void setHint(std::wstring text, HFONT font);
     void setBackdrop(const Backdrop& backdrop);
     const Backdrop& backdrop() const { return backdrop_; }

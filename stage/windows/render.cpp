@@ -9,6 +9,7 @@
 #include "core/report.h"
 #include "core/setting_value.h"
 #include "core/settings_text.h"
+#include "core/steps.h"
 #include "windows/animation_build.h"
 #include "windows/console.h"
 #include "windows/wide_text.h"
@@ -117,7 +118,7 @@ WriteOptions writeOptionsOf(const RenderOptions& options) {
 FileReport save(const Animation& animation, const Target& target, const WriteOptions& options) {
     const auto written = saveAnimation(animation, target.format, options, target.file);
     FileReport report{target.format, utf8FromPath(written->first), written->bytes,
-                      playingTime(storedDelays(animation, target.format))};
+                      frameTimes(animation, target.format).whole};
     if (written->last != written->first)
         report.file += " to " + utf8FromPath(written->last.filename());
     return report;
@@ -147,7 +148,7 @@ RenderReport render(const PluginLibrary& plugin, const RenderOptions& options) {
     report.warnings.insert(report.warnings.end(), built.warnings.begin(), built.warnings.end());
     for (std::size_t i = 0; i < targets.size(); ++i) {
         const FileReport file = save(animation, targets[i], writeOptionsOf(options));
-        if (const auto warning = browserWarning(file, animation.frames.size()))
+        if (const auto warning = browserWarning(file))
             report.warnings.push_back(*warning);
         if (i < options.outputs.size()) // the additional frames are not reported
             report.files.push_back(file);

@@ -4,6 +4,7 @@
 #define ID_MENU 101
 #define ID_ACCELERATORS 102
 #define ID_LOOKS_MANIFEST 103
+#define ID_FILE_OPTIONS_DIALOG 104
 
 /* Commands. */
 #define ID_NEW_GIF 200
@@ -22,7 +23,7 @@
 #define ID_FORMAT_MNG 223
 #define ID_FORMAT_PNG 224
 #define ID_REPEAT 225
-#define ID_MATTE 226
+#define ID_FILE_OPTIONS 226
 
 #define ID_ZOOM_IN 240
 #define ID_ZOOM_OUT 241
@@ -58,3 +59,13 @@
 #define ID_SPEED 305
 #define ID_FORMAT 306
 #define ID_NOTICE 307
+
+/* Controls of the file options; radio buttons in a row. */
+#define ID_FOREVER 320
+#define ID_COUNTED 321
+#define ID_PLAYS 322
+#define ID_PLAYS_SPIN 323
+#define ID_THRESHOLD 324
+#define ID_THRESHOLD_SPIN 325
+#define ID_SWATCH 326
+#define ID_MATTE 327

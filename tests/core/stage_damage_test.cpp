@@ -36,7 +36,7 @@ Bytes smallFile(OutputFormat format) {
 // What reading says; empty when it takes the file.
 std::string refusalOf(const Bytes& bytes) {
     try {
-        readAnimation(bytes, {1 << 16});
+        readAnimation(bytes, {1 << 16, {}});
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.code(), ExitCode::FileTrouble);
         return failure.what();

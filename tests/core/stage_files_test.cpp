@@ -8,6 +8,7 @@
 #include "core/lzw.h"
 #include "core/output_file.h"
 #include "core/picture.h"
+#include "core/steps.h"
 #include "core/timing.h"
 
 #include <gtest/gtest.h>
@@ -274,6 +275,24 @@ TEST(StageTiming, HundredthsCarryTheRemainderAndBrowsersSlowDown) {
     EXPECT_DOUBLE_EQ(time.framesPerSecond, 12.5);
 }
 
+// A browser does not slow down equal frames that are one picture of 20 ms in the file.
+TEST(StageTiming, BrowsersShowJoinedFramesForTheirWholeTime) {
+    Animation animation = animationOf(Content::Few, 5, 5, 1);
+    animation.frames[0].delay = 10;
+    animation.frames.push_back(animation.frames[0]);
+    Frame other = animationOf(Content::Few, 5, 5, 2).frames[1];
+    other.delay = 3;
+    animation.frames.push_back(other);
+    animation.frames.push_back(other);
+    const FrameTimes times = frameTimes(animation, OutputFormat::Apng);
+    EXPECT_EQ(times.stored, (std::vector<std::uint32_t>{10, 10, 3, 3}));
+    EXPECT_EQ(times.inBrowsers, (std::vector<std::uint32_t>{10, 10, 97, 3}));
+    EXPECT_EQ(times.whole.inBrowsers, 120u);
+    EXPECT_EQ(times.whole.slowedFrames, 1u);
+    EXPECT_EQ(times.whole.frames, 2u);
+    EXPECT_EQ(frameTimes(animation, OutputFormat::Png).whole.frames, 4u);
+}
+
 // Equal frames are joined only as long as the format can count the time.
 TEST(StageTiming, LongDelaysStay) {
     Animation animation = animationOf(Content::Few, 5, 5, 1);
@@ -390,7 +409,25 @@ TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
     for (const std::filesystem::path& wrong :
          {folder_, folder_ / "missing" / "a.gif", target_ / "a.gif", folder_ / std::string(256, 'x')})
         EXPECT_THROW(OutputFile{wrong}, Failure) << wrong;
+    std::filesystem::permissions(target_, std::filesystem::perms::owner_read);
+    EXPECT_THROW(saveAnimation(animation, OutputFormat::Gif, {}, target_), Failure); // its owner has protected it
     EXPECT_EQ(fileCount(), 5u);
+}
+
+TEST(StageReading, TellsHowFarItIsAndStops) {
+    for (const OutputFormat format : kAnimated) {
+        MemorySink sink;
+        writeAnimation(animationOf(Content::Palette, 20, 20, 4), format, {}, sink);
+        std::vector<std::uint64_t> told;
+        ReadOptions options;
+        options.progress = [&](std::uint64_t done) {
+            told.push_back(done);
+            return told.size() < 3;
+        };
+        EXPECT_THROW(readAnimation(sink.bytes(), options), Failure) << formatName(format);
+        ASSERT_EQ(told.size(), 3u);
+        EXPECT_TRUE(0 < told[0] && told[0] < told[1] && told[1] < told[2] && told[2] < sink.size());
+    }
 }
 
 TEST_F(StageTarget, ThatCannotBeReplacedLeavesNothingBehind) {

@@ -243,13 +243,14 @@ TEST(StageReport, ListSummaryAndProgress) {
     EXPECT_LT(list.find("MainRadarAngle"), list.find("Options of every effect"));
     EXPECT_GT(list.find("MainDelay"), list.find("Options of every effect"));
 
-    RenderReport report{"Radar", 120, 100, 90, {{OutputFormat::Gif, "r\"\n.gif", 4321, {900, 9000, 90, 10}}}, {}, 1.25};
+    RenderReport report{"Radar", 120, 100, 90, {{OutputFormat::Gif, "r\"\n.gif", 4321, {900, 9000, 90, 10, 90}}},
+                        {},      1.25};
     EXPECT_EQ(
         summaryJson(report),
         "{\"effect\":\"Radar\",\"frames\":90,\"width\":120,\"height\":100,\"files\":[{\"file\":\"r\\\"\\u000a.gif\","
         "\"format\":\"gif\",\"bytes\":4321,\"duration_ms\":900,\"browser_duration_ms\":9000,\"slowed_frames\":90,"
         "\"browser_frames_per_second\":10}],\"warnings\":[],\"seconds_taken\":1.25}\n");
-    EXPECT_TRUE(contains(browserWarning(report.files[0], 90).value_or(""), "in 9.00 s instead of 0.90 s: 90 of 90"));
+    EXPECT_TRUE(contains(browserWarning(report.files[0]).value_or(""), "in 9.00 s instead of 0.90 s: 90 of 90"));
     report.files[0].file = "radar.gif";
     EXPECT_EQ(summaryText(report), "file      radar.gif\nbytes     4321\nframes    90\nsize      120x100\n"
                                    "duration  0.90 s\ntaken     1.25 s\n");

@@ -233,6 +233,53 @@ TEST_F(StageWindow, AsksBeforeUnsavedWorkIsLost) {
     EXPECT_EQ(readBack(file).plays, 1U);
 }
 
+TEST_F(StageWindow, ChangesWhatTheFileSaysOfItsWhole) {
+    Animation half = numbered(2, 50);
+    for (Frame& frame : half.frames) {
+        frame = frameOf({8, 6, std::vector<Pixel>(48, pixelOf({200, 0, 0}, 100))});
+        frame.delay = 50;
+    }
+    ASSERT_TRUE(window_.open(written(folder_, "half.apng", half)));
+    EXPECT_EQ(window_.view().shown().pixels[0], pixelOf({200, 0, 0}, 100));
+    command(ID_FORMAT_GIF);
+    EXPECT_EQ(window_.view().shown().pixels[0], kTransparentPixel);
+
+    const auto change = [&](const char* plays, const char* threshold) {
+        dialog_script::drive(
+            [&](HWND dialog) {
+                CheckRadioButton(dialog, ID_FOREVER, ID_COUNTED, ID_COUNTED);
+                SetDlgItemTextA(dialog, ID_PLAYS, plays);
+                SetDlgItemTextA(dialog, ID_THRESHOLD, threshold);
+                SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+            },
+            [&] { command(ID_FILE_OPTIONS); });
+    };
+    change("3", "100");
+    EXPECT_TRUE(window_.document().isModified);
+    EXPECT_EQ(shown(StatusPart::Time), "0.10 s, 3 times");
+    EXPECT_EQ(window_.view().shown().pixels[0], pixelOf({233, 155, 155})); // over white
+    ASSERT_TRUE(window_.saveTo(folder_ / "half.gif", OutputFormat::Gif));
+    const Animation saved = readBack(folder_ / "half.gif");
+    EXPECT_EQ(saved.plays, 3U);
+    EXPECT_EQ(pictureOf(saved.frames[0]).pixels[0], pixelOf({233, 155, 155}));
+
+    // What is no such number is told, and nothing changes.
+    std::vector<std::string> told;
+    for (const auto& [plays, threshold] : {std::pair{"0", "100"}, {"65537", "100"}, {"2", "256"}, {"", "1"}})
+        dialog_script::drive(
+            [&](HWND dialog) {
+                CheckRadioButton(dialog, ID_FOREVER, ID_COUNTED, ID_COUNTED);
+                SetDlgItemTextA(dialog, ID_PLAYS, plays);
+                SetDlgItemTextA(dialog, ID_THRESHOLD, threshold);
+                told.push_back(boxOf([&] { SendMessageW(dialog, WM_COMMAND, IDOK, 0); }));
+            },
+            [&] { command(ID_FILE_OPTIONS); });
+    for (const std::string& text : told)
+        EXPECT_NE(text.find("Give a number from 1 to"), std::string::npos) << text;
+    EXPECT_EQ(window_.document().animation->plays, 3U);
+    EXPECT_FALSE(window_.document().isModified);
+}
+
 TEST_F(StageWindow, OpensWhatIsDroppedOnIt) {
     const std::wstring name = written(folder_, "dropped.mng", numbered(2, 50)).wstring();
     const std::size_t bytes = sizeof(DROPFILES) + (name.size() + 2) * sizeof(wchar_t);

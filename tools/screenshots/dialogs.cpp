@@ -1,6 +1,5 @@
 // Opens the main dialog with each effect, then the dialogs that it opens, at each text size, and writes a picture of
 // every one: screenshots FOLDER. Works through a timer while the dialogs run their own loops; never builds anything.
-#include "base/gdi.h"
 #include "base/module.h"
 #include "base/visual_styles.h"
 #include "instruments/effect_list.h"
@@ -10,8 +9,9 @@
 #include "ui/plugin_fonts.h"
 #include "ui/text_scale.h"
 
+#include "photograph.h"
+
 #include <cstdio>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -73,43 +73,6 @@ std::vector<Shot> allShots() {
     return shots;
 }
 
-void writeBitmapFile(const std::string& path, const BITMAPINFOHEADER& header, const std::vector<char>& pixels) {
-    BITMAPFILEHEADER file{};
-    file.bfType = 0x4D42; // "BM"
-    file.bfOffBits = sizeof file + sizeof header;
-    file.bfSize = file.bfOffBits + static_cast<DWORD>(pixels.size());
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(&file), sizeof file);
-    out.write(reinterpret_cast<const char*>(&header), sizeof header);
-    out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
-}
-
-void photograph(HWND window, const std::string& path) {
-    RECT box{};
-    GetWindowRect(window, &box);
-    const int width = box.right - box.left;
-    const int height = box.bottom - box.top;
-    const HDC screen = GetDC(nullptr);
-    {
-        const MemoryDc memory(CreateCompatibleDC(screen));
-        const Bitmap bitmap(CreateCompatibleBitmap(screen, width, height));
-        {
-            const Selected selected(memory.get(), bitmap.get());
-            BitBlt(memory.get(), 0, 0, width, height, screen, box.left, box.top, SRCCOPY);
-        }
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof info.bmiHeader;
-        info.bmiHeader.biWidth = width;
-        info.bmiHeader.biHeight = height;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
-        std::vector<char> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
-        GetDIBits(memory.get(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-        writeBitmapFile(path, info.bmiHeader, pixels);
-    }
-    ReleaseDC(nullptr, screen);
-}
-
 void show(const Shot& shot) {
     SendDlgItemMessageA(session.dialog, kControlEffect, CB_SETCURSEL, static_cast<WPARAM>(shot.effect), 0);
     SendMessageA(session.dialog, WM_COMMAND, MAKEWPARAM(kControlEffect, CBN_SELCHANGE), 0);
@@ -136,7 +99,8 @@ void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) {
         session.phase = Phase::Photograph;
         break;
     case Phase::Photograph:
-        photograph(popup, session.folder + "/" + shot.name + "-" + std::to_string(textSizePercent()) + ".bmp");
+        screenshots::photograph(popup,
+                                session.folder + "/" + shot.name + "-" + std::to_string(textSizePercent()) + ".bmp");
         session.phase = Phase::Close;
         break;
     case Phase::Close:
