@@ -204,46 +204,4 @@ Picture drawnSign(Sign sign, int side, Rgb colour) {
     return sketch.finish(side, colour);
 }
 
-Icon programIcon(int side) {
-    struct Layer {
-        Rgb colour;
-        void (*draw)(Sketch&);
-    };
-    static constexpr std::array<Layer, 4> kLayers = {{
-        {{38, 44, 54}, [](Sketch& s) { s.disc(8, 8, 7.8); }},
-        {{170, 180, 192}, [](Sketch& s) { s.ring(8, 8, 7, 1.2); }},
-        {{126, 214, 160},
-         [](Sketch& s) {
-             s.line({{4.2, 10.2}, {4, 6.4}, {8, 3.6}, {12, 6.4}, {11.8, 10.2}}, 0.9);
-         }},
-        {{255, 120, 60},
-         [](Sketch& s) {
-             s.line({{8, 9}, {11.4, 5}}, 1.4);
-             s.disc(8, 9, 1.6);
-         }},
-    }};
-    BackBuffer colours(side, side);
-    BackBuffer mask(side, side);
-    const ScreenTarget target = colours.target();
-    for (const Layer& layer : kLayers) {
-        Sketch sketch(side);
-        layer.draw(sketch);
-        const Picture picture = sketch.finish(side, layer.colour);
-        for (std::size_t i = 0; i < target.pixels.size(); ++i) {
-            const std::uint32_t opacity = opacityOf(picture.pixels[i]);
-            const auto mixed = [&](std::uint32_t upper, int shift) {
-                const std::uint32_t lower = target.pixels[i] >> shift & 0xFF;
-                return (upper * opacity + lower * (255 - opacity) + 127) / 255 << shift;
-            };
-            target.pixels[i] = mixed(layer.colour.blue, 0) | mixed(layer.colour.green, 8) |
-                               mixed(layer.colour.red, 16) | mixed(255, 24);
-        }
-    }
-    ICONINFO info{};
-    info.fIcon = TRUE;
-    info.hbmColor = colours.finish();
-    info.hbmMask = mask.finish();
-    return Icon(CreateIconIndirect(&info));
-}
-
 } // namespace stage

@@ -28,7 +28,4 @@ enum class Sign {
 // The sign in one colour, `side` pixels wide and high, transparent around it.
 Picture drawnSign(Sign sign, int side, Rgb colour);
 
-// The program's own icon, a gauge.
-Icon programIcon(int side);
-
 } // namespace stage

@@ -50,6 +50,11 @@ HWND dropList(HWND parent, int id, const wchar_t* name) {
         0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
 }
 
+Icon programIcon(int side) {
+    return Icon(static_cast<HICON>(
+        LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(ID_ICON), IMAGE_ICON, side, side, LR_DEFAULTCOLOR)));
+}
+
 HWND label(HWND parent, const wchar_t* text) {
     return CreateWindowExW(0, L"STATIC", text, WS_CHILD | WS_VISIBLE | WS_GROUP | SS_RIGHT | SS_CENTERIMAGE, 0, 0, 0, 0,
                            parent, nullptr, GetModuleHandleW(nullptr), nullptr);

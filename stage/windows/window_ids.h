@@ -1,6 +1,7 @@
 /* Numbers of the window's commands, controls and resources, for the resource script and the code. */
 #pragma once
 
+#define ID_ICON 1 /* the first of all: the system shows that one for the file */
 #define ID_MENU 101
 #define ID_ACCELERATORS 102
 #define ID_LOOKS_MANIFEST 103

@@ -110,6 +110,28 @@ TEST_F(Artpack, RowsRunBottomUpInBlueGreenRedOrGrey) {
     EXPECT_EQ(Bytes(grey.begin() + 1064, grey.end()), (Bytes{255, 0, 153, 0, 76, 150, 29, 0}));
 }
 
+// The directory of the icon file leads to PNG files of the sizes that it names.
+TEST_F(Artpack, IconsHoldEverySize) {
+    write("in.svg", kSixPixels);
+    ASSERT_EQ(run({"--icon", path("out.ico"), path("in.svg"), "16", "256"}), 0) << errors;
+    const Bytes icon = read("out.ico");
+    ASSERT_GT(icon.size(), 38u);
+    EXPECT_EQ(Bytes(icon.begin(), icon.begin() + 8), (Bytes{0, 0, 1, 0, 2, 0, 16, 16}));
+    EXPECT_EQ(icon[22], 0); // 256
+    const std::size_t ends[] = {read32(icon, 34), icon.size()};
+    for (const std::size_t entry : {0u, 1u}) {
+        const std::size_t begin = read32(icon, 18 + 16 * entry);
+        EXPECT_EQ(begin + read32(icon, 14 + 16 * entry), ends[entry]);
+        ASSERT_LT(begin + 20, icon.size());
+        EXPECT_EQ(Bytes(icon.begin() + static_cast<std::ptrdiff_t>(begin) + 1,
+                        icon.begin() + static_cast<std::ptrdiff_t>(begin) + 4),
+                  (Bytes{'P', 'N', 'G'}));
+        EXPECT_EQ(icon[begin + 18] * 256 + icon[begin + 19], entry == 0 ? 16 : 256); // big-endian width
+    }
+    for (const char* side : {"0", "257", "x"})
+        EXPECT_EQ(run({"--icon", path("out.ico"), path("in.svg"), side}), 2) << side;
+}
+
 TEST_F(Artpack, FailuresSayWhyAndLeaveTheOutputAlone) {
     write("good.svg", kSixPixels);
     write("text.svg", "no drawing");

@@ -3,6 +3,7 @@
 #include "artpack/command_line.h"
 
 #include "artpack/error.h"
+#include "artpack/icon.h"
 #include "artpack/output_file.h"
 #include "artpack/record.h"
 #include "artpack/sheet.h"
@@ -24,7 +25,8 @@ namespace artpack {
 namespace {
 
 constexpr const char* kUsage = "usage: artpack --bits 8|24 --size WxH INPUT.svg OUTPUT.cpx\n"
-                               "       artpack --sheet OUTPUT.png INPUT.svg...\n";
+                               "       artpack --sheet OUTPUT.png INPUT.svg...\n"
+                               "       artpack --icon OUTPUT.ico INPUT.svg SIDE...\n";
 
 // The whole text as a side of a picture.
 std::optional<int> parseSide(std::string_view text) {
@@ -97,6 +99,17 @@ void makeSheet(const std::string& output, std::span<const std::string> inputs) {
     writeFile(output, drawSheet(pictures));
 }
 
+std::optional<std::vector<int>> parseIconSides(std::span<const std::string> texts) {
+    std::vector<int> sides;
+    for (const std::string& text : texts) {
+        const std::optional<int> side = parseSide(text);
+        if (!side || *side > kLargestIcon)
+            return std::nullopt;
+        sides.push_back(*side);
+    }
+    return sides;
+}
+
 } // namespace
 
 int run(std::span<const std::string> arguments, std::ostream& errors) {
@@ -104,6 +117,12 @@ int run(std::span<const std::string> arguments, std::ostream& errors) {
         if (arguments.size() >= 3 && arguments[0] == "--sheet") {
             makeSheet(arguments[1], arguments.subspan(2));
             return 0;
+        }
+        if (arguments.size() >= 4 && arguments[0] == "--icon") {
+            if (const auto sides = parseIconSides(arguments.subspan(3))) {
+                writeFile(arguments[1], drawIcon(arguments[2], *sides));
+                return 0;
+            }
         }
         if (const std::optional<PackJob> job = parsePackJob(arguments)) {
             pack(*job);

@@ -1,8 +1,8 @@
 // Renders with librsvg onto a cairo image.
-// Never leaves a pixel transparent: artwork is opaque from here on.
 #include "artpack/picture.h"
 
 #include "artpack/error.h"
+#include "artpack/png.h"
 
 #include <librsvg/rsvg.h>
 
@@ -61,25 +61,50 @@ Picture copyPixels(cairo_surface_t* surface, Size size) {
     return picture;
 }
 
-} // namespace
-
-Picture renderSvg(const std::filesystem::path& file) {
+Owned<RsvgHandle> readSvg(const std::filesystem::path& file) {
     GError* error = nullptr;
-    const Owned<RsvgHandle> svg(rsvg_handle_new_from_file(file.c_str(), &error));
+    Owned<RsvgHandle> svg(rsvg_handle_new_from_file(file.c_str(), &error));
     if (!svg)
         throw failure(file, "cannot be read as SVG", error);
-    const Size size = sizeOf(file, svg.get());
+    return svg;
+}
 
-    const Owned<cairo_surface_t> surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));
-    const Owned<cairo_t> context(cairo_create(surface.get()));
-    cairo_set_source_rgb(context.get(), 1, 1, 1);
-    cairo_paint(context.get());
+// Over what the surface holds, filling it.
+void draw(const std::filesystem::path& file, RsvgHandle* svg, cairo_surface_t* surface, Size size) {
+    const Owned<cairo_t> context(cairo_create(surface));
     const RsvgRectangle page{0, 0, static_cast<double>(size.width), static_cast<double>(size.height)};
-    if (!rsvg_handle_render_document(svg.get(), context.get(), &page, &error))
+    GError* error = nullptr;
+    if (!rsvg_handle_render_document(svg, context.get(), &page, &error))
         throw failure(file, "cannot be rendered", error);
     if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS)
         throw failure(file, cairo_status_to_string(cairo_status(context.get())), nullptr);
+}
+
+void fillWhite(cairo_surface_t* surface) {
+    const Owned<cairo_t> context(cairo_create(surface));
+    cairo_set_source_rgb(context.get(), 1, 1, 1);
+    cairo_paint(context.get());
+}
+
+} // namespace
+
+Picture renderSvg(const std::filesystem::path& file) {
+    const Owned<RsvgHandle> svg = readSvg(file);
+    const Size size = sizeOf(file, svg.get());
+    const Owned<cairo_surface_t> surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));
+    fillWhite(surface.get());
+    draw(file, svg.get(), surface.get(), size);
     return copyPixels(surface.get(), size);
+}
+
+std::vector<std::uint8_t> renderPng(const std::filesystem::path& file, int side) {
+    const Owned<RsvgHandle> svg = readSvg(file);
+    const Owned<cairo_surface_t> surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, side, side));
+    draw(file, svg.get(), surface.get(), {side, side});
+    std::vector<std::uint8_t> png = pngOf(surface.get());
+    if (png.empty())
+        throw failure(file, "cannot be written as PNG", nullptr);
+    return png;
 }
 
 } // namespace artpack

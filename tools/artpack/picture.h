@@ -1,5 +1,5 @@
 // SVG files and the pictures that they render to.
-// Never scales artwork: a picture has the size that its SVG says.
+// Artwork is never scaled: a picture has the size that its SVG says. Icons come in several sizes.
 #pragma once
 
 #include <cstdint>
@@ -26,5 +26,8 @@ struct Picture {
 // The picture on white, one pixel to an SVG pixel. Throws Error when the file cannot be read, is no SVG, or gives no
 // absolute width and height of 1 to kLargestSide pixels. A size in fractions of a pixel is refused.
 Picture renderSvg(const std::filesystem::path& file);
+
+// The drawing in a square of that many pixels a side, on nothing, as the bytes of a PNG file. Throws as renderSvg.
+std::vector<std::uint8_t> renderPng(const std::filesystem::path& file, int side);
 
 } // namespace artpack

@@ -3,8 +3,7 @@
 #include "artpack/sheet.h"
 
 #include "artpack/error.h"
-
-#include <cairo.h>
+#include "artpack/png.h"
 
 #include <algorithm>
 #include <memory>
@@ -77,12 +76,6 @@ void drawCaption(cairo_t* context, const NamedPicture& entry, Place place) {
     cairo_show_text(context, text.c_str());
 }
 
-cairo_status_t appendBytes(void* target, const unsigned char* data, unsigned int length) {
-    auto& bytes = *static_cast<std::vector<std::uint8_t>*>(target);
-    bytes.insert(bytes.end(), data, data + length);
-    return CAIRO_STATUS_SUCCESS;
-}
-
 } // namespace
 
 std::vector<std::uint8_t> drawSheet(const std::vector<NamedPicture>& pictures) {
@@ -96,9 +89,8 @@ std::vector<std::uint8_t> drawSheet(const std::vector<NamedPicture>& pictures) {
         drawCaption(context.get(), pictures[i], layout.places[i]);
     }
 
-    std::vector<std::uint8_t> png;
-    if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS ||
-        cairo_surface_write_to_png_stream(page.get(), appendBytes, &png) != CAIRO_STATUS_SUCCESS)
+    std::vector<std::uint8_t> png = pngOf(page.get());
+    if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS || png.empty())
         throw Error("the page cannot be drawn");
     return png;
 }
