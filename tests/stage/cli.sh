@@ -189,6 +189,10 @@ printf 'precious' >kept.gif
     exit $failures
 ) || failures=$((failures + 1))
 equal 'file before a full disk' 'precious' "$(cat kept.gif)"
+chmod a-w kept.gif
+expect 3 'it is write-protected' render "${quick[@]}" --out kept.gif
+equal 'write-protected file' 'precious' "$(cat kept.gif)"
+chmod u+w kept.gif
 expect 0 'a-0000.png to a-0005.png' render "${quick[@]}" --as png --set Truecolour=1 --out a.png
 equal 'true colour' 'PNG TrueColor 8' "$(identify -format '%m %[type] %z' a-0005.png | sed 's/Alpha//')"
 expect 0 'b-0000.png' render "${quick[@]}" --as png --set MainAlphaTrans=1 --out b.png
