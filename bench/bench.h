@@ -45,8 +45,10 @@ double processorSeconds();
 void benchColours();
 void benchPixels();
 void benchSound();
-#ifdef _WIN32
-void benchInstruments();
+#ifdef __MINGW32__
+// A row for one of the instruments, 0 to 19, from a whole build of it; its figures are explained by the header.
+void printBuildHeader();
+void benchBuild(int effect);
 #endif
 
 #ifdef VELDRAN_BENCH_PNG

@@ -2,14 +2,19 @@
 #include "bench.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string_view>
 
 int main(int argumentCount, char** argumentValues) try {
     const std::span<char*> arguments(argumentValues + 1, static_cast<std::size_t>(argumentCount - 1));
-#ifdef _WIN32
-    if (arguments.size() == 1 && std::string_view(arguments[0]) == "instruments") {
-        veldran::bench::benchInstruments();
+#ifdef __MINGW32__
+    if (arguments.size() == 1 && std::string_view(arguments[0]) == "builds") {
+        veldran::bench::printBuildHeader();
+        return 0;
+    }
+    if (arguments.size() == 2 && std::string_view(arguments[0]) == "build") {
+        veldran::bench::benchBuild(std::atoi(arguments[1]));
         return 0;
     }
 #endif
@@ -24,7 +29,8 @@ int main(int argumentCount, char** argumentValues) try {
         return veldran::bench::quantize(arguments.subspan(1));
 #endif
     std::fprintf(stderr, "bench                                                     all tables\n"
-                         "bench instruments                                         the last table, on Windows\n"
+                         "bench builds                                              header of the next, on Windows\n"
+                         "bench build N                                             a whole build of instrument N\n"
                          "bench quantize FRAMES_DIR OUT_DIR [--colours N] [--dither]   natively, where libpng is\n");
     return 2;
 } catch (const std::exception& error) {

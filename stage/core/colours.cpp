@@ -84,7 +84,7 @@ void moveToMeans(std::vector<Channels>& palette, std::span<const Weighted> colou
 
 // Alike colours are taken together where there are very many, so that the work stays bounded: 5 bits a channel leave at
 // most 32768.
-std::vector<Weighted> weightedColours(const std::unordered_map<Pixel, std::uint64_t>& counts) {
+std::vector<Weighted> weightedColours(const PixelMap<std::uint64_t>& counts) {
     constexpr std::size_t kMany = 32768;
     std::vector<std::pair<Pixel, std::uint64_t>> sorted;
     for (const auto& [pixel, count] : counts)
@@ -129,7 +129,7 @@ void ColourCount::add(std::span<const Pixel> pixels) {
         std::size_t end = i + 1;
         while (end < pixels.size() && pixels[end] == pixels[i])
             ++end;
-        if (counts_.size() >= limit_ && !counts_.contains(pixels[i]))
+        if (counts_.size() >= limit_ && counts_.find(pixels[i]) == nullptr)
             overLimit_ = true;
         else
             counts_[pixels[i]] += end - i;
@@ -148,7 +148,7 @@ std::vector<Pixel> ColourCount::byFrequency() const {
     return colours;
 }
 
-std::vector<Pixel> reducedPalette(const std::unordered_map<Pixel, std::uint64_t>& counts, std::size_t size) {
+std::vector<Pixel> reducedPalette(const PixelMap<std::uint64_t>& counts, std::size_t size) {
     constexpr int kMeansSteps = 3;
     std::vector<Weighted> colours = weightedColours(counts);
     if (colours.empty())
@@ -174,19 +174,19 @@ std::vector<Pixel> reducedPalette(const std::unordered_map<Pixel, std::uint64_t>
 }
 
 std::size_t NearestEntry::find(Pixel pixel) {
-    const auto [known, isNew] = known_.try_emplace(pixel, 0);
-    if (!isNew)
-        return known->second;
+    if (const std::size_t* known = known_.find(pixel))
+        return *known;
+    std::size_t nearest = 0;
     const Channels wanted = channelsOf(pixel);
     double best = std::numeric_limits<double>::max();
     for (std::size_t i = 0; i < palette_.size(); ++i) {
         const double d = distance(channelsOf(palette_[i]), wanted);
         if (d < best) {
             best = d;
-            known->second = i;
+            nearest = i;
         }
     }
-    return known->second;
+    return known_[pixel] = nearest;
 }
 
 } // namespace stage

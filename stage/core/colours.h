@@ -1,11 +1,10 @@
 // The colours of pictures: which there are and how often, and a palette of fewer.
 #pragma once
 
-#include "core/picture.h"
+#include "core/pixel_map.h"
 
 #include <cstddef>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 namespace stage {
@@ -21,17 +20,17 @@ public:
     std::size_t size() const { return counts_.size(); }
     // The most frequent first; equally frequent ones by their value.
     std::vector<Pixel> byFrequency() const;
-    const std::unordered_map<Pixel, std::uint64_t>& counts() const { return counts_; }
+    const PixelMap<std::uint64_t>& counts() const { return counts_; }
 
 private:
     std::size_t limit_;
     bool overLimit_ = false;
-    std::unordered_map<Pixel, std::uint64_t> counts_;
+    PixelMap<std::uint64_t> counts_;
 };
 
 // At most `size` (1 to 256) opaque colours that stand for the opaque ones of `counts`: the set of colours is cut where
 // that lowers the squared error most, then every part's mean is moved to the colours that are nearest to it.
-std::vector<Pixel> reducedPalette(const std::unordered_map<Pixel, std::uint64_t>& counts, std::size_t size);
+std::vector<Pixel> reducedPalette(const PixelMap<std::uint64_t>& counts, std::size_t size);
 
 // The nearest entry of a palette by squared distance of red, green and blue; remembers what was asked.
 class NearestEntry {
@@ -41,7 +40,7 @@ public:
 
 private:
     std::vector<Pixel> palette_;
-    std::unordered_map<Pixel, std::size_t> known_;
+    PixelMap<std::size_t> known_;
 };
 
 } // namespace stage

@@ -3,12 +3,12 @@
 
 #include "core/colours.h"
 #include "core/lzw.h"
+#include "core/parallel.h"
 #include "core/steps.h"
 #include "core/timing.h"
 
 #include <algorithm>
 #include <bit>
-#include <memory>
 #include <string_view>
 
 namespace stage {
@@ -60,7 +60,7 @@ unsigned bitsFor(std::size_t entries) {
 struct ColourTable {
     std::vector<Pixel> colours;
     std::optional<std::uint8_t> transparent; // an entry that no colour uses: the first, because low numbers are short
-    std::unordered_map<Pixel, std::uint8_t> entries;
+    PixelMap<std::uint8_t> entries;
 
     enum class Hole { None, Reserved };
     // At most 256 colours, with a reserved entry 255.
@@ -70,13 +70,9 @@ struct ColourTable {
             transparent = std::uint8_t{0};
         }
         for (std::size_t i = transparent ? 1 : 0; i < colours.size(); ++i)
-            entries.emplace(colours[i], static_cast<std::uint8_t>(i));
+            entries[colours[i]] = static_cast<std::uint8_t>(i);
     }
     unsigned bits() const { return bitsFor(colours.size()); }
-    std::optional<std::uint8_t> find(Pixel pixel) const {
-        const auto found = entries.find(pixel);
-        return found == entries.end() ? std::nullopt : std::optional(found->second);
-    }
 };
 
 void putScreen(Bytes& bytes, const Animation& animation, const ColourTable& table) {
@@ -85,8 +81,9 @@ void putScreen(Bytes& bytes, const Animation& animation, const ColourTable& tabl
     putNumber(bytes, animation.height);
     // A global palette follows; eight bits per primary colour; the palette's size.
     bytes.push_back(static_cast<std::uint8_t>(0x80 | 0x70 | (table.bits() - 1)));
-    const auto background = animation.background ? table.find(pixelOf(*animation.background)) : std::nullopt;
-    bytes.push_back(table.transparent.value_or(background.value_or(0)));
+    const std::uint8_t* background =
+        animation.background ? table.entries.find(pixelOf(*animation.background)) : nullptr;
+    bytes.push_back(table.transparent.value_or(background == nullptr ? 0 : *background));
     bytes.push_back(0); // square pixels
     putPalette(bytes, table.colours, table.bits());
 }
@@ -132,47 +129,51 @@ struct IndexedPart {
     unsigned codeSize = 2;
 };
 
-// The entry that stands for "as it was": the reserved one, or the first that no changed pixel needs.
-std::optional<std::uint8_t> transparentEntry(const Part& part, const ColourTable& table) {
+// The entry that stands for "as it was": the reserved one, or the first that no changed pixel needs. `used` tells
+// which those are.
+std::optional<std::uint8_t> transparentEntry(const Part& part, const ColourTable& table,
+                                             const std::array<bool, kMostColours>& used) {
     if (std::ranges::find(part.isChanged, 0) == part.isChanged.end())
         return std::nullopt;
     if (table.transparent)
         return table.transparent;
-    std::array<bool, kMostColours> used{};
-    for (std::size_t i = 0; i < part.pixels.size(); ++i)
-        if (part.isChanged[i] != 0)
-            used[*table.find(part.pixels[i])] = true;
     const auto unused = std::ranges::find(used, false);
     return unused == used.end() ? std::nullopt : std::optional(static_cast<std::uint8_t>(unused - used.begin()));
 }
 
 // Nothing when the table lacks a colour that must be drawn.
 std::optional<IndexedPart> indexed(const Part& part, const ColourTable& table) {
-    IndexedPart result;
-    std::size_t largest = 0;
+    constexpr std::uint16_t kNone = kMostColours;
+    std::vector<std::uint16_t> entries(part.pixels.size()); // kNone: the table lacks it
+    std::array<bool, kMostColours> used{};                  // by what must be drawn
     for (std::size_t i = 0; i < part.pixels.size(); ++i) {
+        const bool isRun = i > 0 && part.pixels[i] == part.pixels[i - 1];
+        const std::uint8_t* found = isRun ? nullptr : table.entries.find(part.pixels[i]);
+        entries[i] = isRun ? entries[i - 1] : found != nullptr ? *found : kNone;
         if (part.isChanged[i] == 0)
             continue;
-        const auto entry = table.find(part.pixels[i]);
-        if (!entry)
+        if (entries[i] == kNone)
             return std::nullopt;
-        largest = std::max<std::size_t>(largest, *entry);
+        used[entries[i]] = true;
     }
-    result.transparent = transparentEntry(part, table);
-    largest = std::max<std::size_t>(largest, result.transparent.value_or(0));
+    IndexedPart result;
+    result.transparent = transparentEntry(part, table, used);
+    std::size_t largest = result.transparent.value_or(0);
+    for (std::size_t entry = largest; entry < used.size(); ++entry)
+        largest = used[entry] ? entry : largest;
     result.codeSize = std::max(2u, bitsFor(largest + 1));
     result.indices.reserve(part.pixels.size());
     result.isFree.assign(part.pixels.size(), 0);
     for (std::size_t i = 0; i < part.pixels.size(); ++i) {
-        const auto entry = table.find(part.pixels[i]);
+        const auto entry = static_cast<std::uint8_t>(entries[i]);
         if (part.isChanged[i] != 0) {
-            result.indices.push_back(*entry);
+            result.indices.push_back(entry);
             continue;
         }
-        const bool solid = entry && *entry < 1u << result.codeSize && entry != result.transparent;
+        const bool solid = entries[i] < 1u << result.codeSize && entry != result.transparent;
         if (!solid && !result.transparent)
             return std::nullopt;
-        result.indices.push_back(solid ? *entry : *result.transparent);
+        result.indices.push_back(solid ? entry : *result.transparent);
         result.isFree[i] = solid && result.transparent ? 1 : 0;
     }
     return result;
@@ -180,22 +181,26 @@ std::optional<IndexedPart> indexed(const Part& part, const ColourTable& table) {
 
 enum class TablePlace { Global, Local };
 
-// The image with its palette, when it has one of its own; `hole` is set to the entry that is transparent.
-std::optional<Bytes> imageBlock(const Part& part, const ColourTable& table, TablePlace place,
-                                std::optional<std::uint8_t>& hole) {
+struct ImageBlock {
+    Bytes bytes;                      // with its palette, when it has one of its own
+    std::optional<std::uint8_t> hole; // the entry that is transparent
+    unsigned codeSize = 2;
+};
+
+// Nothing when the table lacks a colour that must be drawn.
+std::optional<ImageBlock> imageBlock(const Part& part, const ColourTable& table, TablePlace place) {
     const auto pixels = indexed(part, table);
     if (!pixels)
         return std::nullopt;
-    hole = pixels->transparent;
-    Bytes bytes = {0x2C};
+    ImageBlock image{{0x2C}, pixels->transparent, pixels->codeSize};
     for (const std::uint32_t number : {part.area.x, part.area.y, part.area.width, part.area.height})
-        putNumber(bytes, number);
-    bytes.push_back(static_cast<std::uint8_t>(place == TablePlace::Local ? 0x80 | (table.bits() - 1) : 0));
+        putNumber(image.bytes, number);
+    image.bytes.push_back(static_cast<std::uint8_t>(place == TablePlace::Local ? 0x80 | (table.bits() - 1) : 0));
     if (place == TablePlace::Local)
-        putPalette(bytes, table.colours, table.bits());
-    bytes.push_back(static_cast<std::uint8_t>(pixels->codeSize));
-    putSubBlocks(bytes, compressLzw({pixels->indices, pixels->isFree, hole.value_or(0)}, pixels->codeSize));
-    return bytes;
+        putPalette(image.bytes, table.colours, table.bits());
+    image.bytes.push_back(static_cast<std::uint8_t>(image.codeSize));
+    putSubBlocks(image.bytes, compressLzw({pixels->indices, pixels->isFree, image.hole.value_or(0)}, image.codeSize));
+    return image;
 }
 
 // Only the colours that must be drawn, and one for what stays.
@@ -213,33 +218,50 @@ ColourTable ownTable(const Part& part) {
 class GifPictures {
 public:
     GifPictures(const Animation& animation, const WriteOptions& options) : animation_(animation), options_(options) {
+        constexpr std::uint64_t kMostKept = std::uint64_t{1} << 24; // pixels; frames are asked for several times
+        isKept_ = std::uint64_t{animation.width} * animation.height * animation.frames.size() <= kMostKept;
         ColourCount all(std::size_t{1} << 24);
-        bool framesFit = true;
         for (const Frame& frame : animation.frames) {
-            const Picture picture = gifPicture(frame, options);
-            ColourCount own(kMostColours);
-            own.add(picture.pixels);
-            framesFit = framesFit && !own.isOverLimit();
+            Picture picture = gifPicture(frame, options);
             all.add(picture.pixels);
+            if (isKept_)
+                kept_.push_back(std::move(picture));
         }
-        if (!framesFit) // one entry stays for what is transparent
-            nearest_ = std::make_unique<NearestEntry>(palette_ = reducedPalette(all.counts(), kMostColours - 1));
+        if (all.size() > kMostColours && !framesFit()) { // one entry stays for what is transparent
+            palette_ = reducedPalette(all.counts(), kMostColours - 1);
+            NearestEntry nearest(palette_);
+            for (const auto& entry : all.counts())
+                if (entry.first != kTransparentPixel)
+                    reduced_[entry.first] = palette_[nearest.find(entry.first)];
+        }
     }
 
-    Picture at(std::size_t index) {
-        Picture picture = gifPicture(animation_.frames[index], options_);
-        if (nearest_)
+    Picture at(std::size_t index) const {
+        Picture picture = isKept_ ? kept_[index] : gifPicture(animation_.frames[index], options_);
+        if (!palette_.empty())
             for (Pixel& pixel : picture.pixels)
                 if (pixel != kTransparentPixel)
-                    pixel = palette_[nearest_->find(pixel)];
+                    pixel = *reduced_.find(pixel);
         return picture;
     }
 
 private:
+    bool framesFit() const {
+        for (std::size_t i = 0; i < animation_.frames.size(); ++i) {
+            ColourCount own(kMostColours);
+            own.add(at(i).pixels);
+            if (own.isOverLimit())
+                return false;
+        }
+        return true;
+    }
+
     const Animation& animation_;
     const WriteOptions& options_;
-    std::vector<Pixel> palette_;
-    std::unique_ptr<NearestEntry> nearest_;
+    bool isKept_ = false;
+    std::vector<Picture> kept_;
+    std::vector<Pixel> palette_; // empty: colours stay as they are
+    PixelMap<Pixel> reduced_;
 };
 
 // Orders the colours of all pictures so that those of pictures with few come first: the largest entry that a picture
@@ -264,11 +286,11 @@ public:
     }
 
 private:
-    std::unordered_map<Pixel, double> weights_;
+    PixelMap<double> weights_;
 };
 
 // The palette of all frames when there is one, else that of the first frame.
-ColourTable globalTable(GifPictures& pictures, std::span<const Step> steps) {
+ColourTable globalTable(const GifPictures& pictures, std::span<const Step> steps) {
     PaletteOrder all;
     PaletteOrder first;
     bool hasHoles = false;
@@ -303,9 +325,17 @@ Area vanishingArea(const Picture& shown, const Picture& next) {
     return changedArea(shown, kept);
 }
 
+// A frame on its way into the file.
+struct GifFrame {
+    Part part;
+    std::uint32_t delay = 0; // 1/100 s
+    GifDisposal disposal = GifDisposal::Keep;
+    Bytes blocks; // once it is compressed
+};
+
 class GifFile {
 public:
-    GifFile(const Animation& animation, GifPictures& pictures, std::span<const Step> steps, ByteSink& sink)
+    GifFile(const Animation& animation, const GifPictures& pictures, std::span<const Step> steps, ByteSink& sink)
         : sink_(sink), table_(globalTable(pictures, steps)), canvas_{animation.width, animation.height,
                                                                      std::vector<Pixel>(std::size_t{animation.width} *
                                                                                             animation.height,
@@ -320,25 +350,37 @@ public:
         sink_.write(bytes);
     }
 
-    // `next` is null for the last picture.
-    void add(const Picture& picture, const Picture* next, std::uint32_t delay) {
+    // What the next picture adds to what is there; `next` is the one after it, null at the end.
+    GifFrame plan(const Picture& picture, const Picture* next, std::uint32_t delay) {
         Area area = isFirst_ ? Area{0, 0, picture.width, picture.height} : changedArea(canvas_, picture);
         isFirst_ = false;
         const Area vanishing = next == nullptr ? Area{} : vanishingArea(picture, *next);
         area = unitedArea(area, vanishing);
         if (area.width == 0)
             area = {0, 0, 1, 1};
-        const Part part = partOf(picture, area);
-        std::optional<std::uint8_t> hole;
-        const Bytes image = shortestImage(part, hole);
-        const bool clears = vanishing.width != 0;
-        Bytes blocks;
-        putGraphicControl(blocks, delay, clears ? GifDisposal::RestoreBackground : GifDisposal::Keep, hole);
-        blocks.insert(blocks.end(), image.begin(), image.end());
-        append(std::move(blocks));
+        GifFrame frame{partOf(picture, area),
+                       delay,
+                       vanishing.width != 0 ? GifDisposal::RestoreBackground : GifDisposal::Keep,
+                       {}};
         canvas_ = picture;
-        if (clears)
+        if (frame.disposal == GifDisposal::RestoreBackground)
             fill(canvas_, area, kTransparentPixel);
+        return frame;
+    }
+
+    // Makes the frame's blocks. May be called for several frames at once.
+    void compress(GifFrame& frame) const {
+        const ImageBlock image = shortestImage(frame.part);
+        putGraphicControl(frame.blocks, frame.delay, frame.disposal, image.hole);
+        frame.blocks.insert(frame.blocks.end(), image.bytes.begin(), image.bytes.end());
+    }
+
+    // The trailer at the end gives way to the blocks and a new trailer.
+    void append(GifFrame frame) {
+        frame.blocks.push_back(kTrailer);
+        sink_.stepBack(1);
+        sink_.write(frame.blocks);
+        sink_.flush();
     }
 
 private:
@@ -351,26 +393,16 @@ private:
         return part;
     }
 
-    Bytes shortestImage(const Part& part, std::optional<std::uint8_t>& hole) const {
-        const auto shared = imageBlock(part, table_, TablePlace::Global, hole);
+    ImageBlock shortestImage(const Part& part) const {
+        std::optional<ImageBlock> shared = imageBlock(part, table_, TablePlace::Global);
         const ColourTable own = ownTable(part);
         constexpr std::size_t kEntryBytes = 3;
-        if (shared && shared->size() <= own.colours.size() * kEntryBytes)
-            return *shared;
-        std::optional<std::uint8_t> ownHole;
-        const auto local = imageBlock(part, own, TablePlace::Local, ownHole);
-        if (shared && (!local || shared->size() <= local->size()))
-            return *shared;
-        hole = ownHole;
-        return *local;
-    }
-
-    // The trailer at the end gives way to the blocks and a new trailer.
-    void append(Bytes blocks) {
-        blocks.push_back(kTrailer);
-        sink_.stepBack(1);
-        sink_.write(blocks);
-        sink_.flush();
+        // Its own palette helps by shorter codes, or by an entry for what stays, and costs its bytes.
+        const bool mayHelp = !shared || ((!shared->hole || std::max(own.bits(), 2u) < shared->codeSize) &&
+                                         shared->bytes.size() > own.colours.size() * kEntryBytes);
+        std::optional<ImageBlock> local = mayHelp ? imageBlock(part, own, TablePlace::Local) : std::nullopt;
+        return !local || (shared && shared->bytes.size() <= local->bytes.size()) ? std::move(*shared)
+                                                                                 : std::move(*local);
     }
 
     ByteSink& sink_;
@@ -383,6 +415,8 @@ private:
 
 Picture gifPicture(const Frame& frame, const WriteOptions& options) {
     Picture picture = pictureOf(frame);
+    if (frame.format != PixelFormat::Rgba) // wholly transparent at most
+        return picture;
     for (Pixel& pixel : picture.pixels) {
         const std::uint32_t opacity = opacityOf(pixel);
         if (opacity == 255)
@@ -400,14 +434,30 @@ Picture gifPicture(const Frame& frame, const WriteOptions& options) {
 }
 
 bool writeGif(const Animation& animation, const WriteOptions& options, ByteSink& sink, const WriteProgress& progress) {
-    GifPictures pictures(animation, options);
+    const GifPictures pictures(animation, options);
     const auto pictureAt = [&pictures](std::size_t index) { return pictures.at(index); };
     const std::vector<Step> steps =
         joinedSteps(animation, pictureAt, storedDelays(animation, OutputFormat::Gif), kLargestNumber * 10);
     GifFile file(animation, pictures, steps, sink);
-    return writeSteps(steps, pictureAt, progress, [&](const Step& step, const Picture& picture, const Picture* next) {
-        file.add(picture, next, step.delay / 10);
-    });
+    constexpr std::size_t kBatch = 32; // frames that are compressed side by side
+    std::vector<GifFrame> batch;
+    std::size_t done = 0;
+    const auto finishBatch = [&] {
+        forEachInParallel(batch.size(), options.threads, [&](std::size_t i) { file.compress(batch[i]); });
+        for (GifFrame& frame : batch) {
+            if (progress && !progress(done++, steps.size()))
+                return false;
+            file.append(std::move(frame));
+        }
+        batch.clear();
+        return true;
+    };
+    const auto mayGoOn = [&](std::size_t, std::size_t) { return batch.size() < kBatch || finishBatch(); };
+    return writeSteps(steps, pictureAt, mayGoOn,
+                      [&](const Step& step, const Picture& picture, const Picture* next) {
+                          batch.push_back(file.plan(picture, next, step.delay / 10));
+                      }) &&
+           finishBatch();
 }
 
 } // namespace stage

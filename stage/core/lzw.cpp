@@ -11,41 +11,40 @@ namespace {
 constexpr std::uint32_t kCodeLimit = 4096; // GIF89a: codes have at most 12 bits
 constexpr unsigned kLargestCodeSize = 12;
 
-// From a string's code and the index that follows it to the code of the longer string. Four times as many places as
-// there are codes keep the chains near one.
+// From a string's code and the index that follows it to the code of the longer string, all three in one number. Twice
+// as many places as there are codes keep the chains short and the table in the processor's first cache.
 class StringTable {
 public:
-    void clear() { keys_.fill(kEmpty); }
+    void clear() { entries_.fill(kEmpty); }
 
     // The code of the longer string, or kCodeLimit.
     std::uint32_t find(std::uint32_t code, std::uint8_t index) const {
-        const std::size_t place = placeOf(code, index);
-        return keys_[place] == kEmpty ? kCodeLimit : codes_[place];
+        const std::uint32_t entry = entries_[placeOf(keyOf(code, index))];
+        return entry == kEmpty ? kCodeLimit : entry % kCodeLimit;
     }
     void put(std::uint32_t code, std::uint8_t index, std::uint32_t newCode) {
-        const std::size_t place = placeOf(code, index);
-        keys_[place] = keyOf(code, index);
-        codes_[place] = static_cast<std::uint16_t>(newCode);
+        const std::uint32_t key = keyOf(code, index);
+        entries_[placeOf(key)] = key | newCode;
     }
     // Of what was put last: nothing else can have made way for it.
-    void takeBack(std::uint32_t code, std::uint8_t index) { keys_[placeOf(code, index)] = kEmpty; }
+    void takeBack(std::uint32_t code, std::uint8_t index) { entries_[placeOf(keyOf(code, index))] = kEmpty; }
 
 private:
-    static constexpr std::size_t kPlaces = 1u << 14;
-    static constexpr std::uint32_t kEmpty = 0xFFFFFFFF;
-    static std::uint32_t keyOf(std::uint32_t code, std::uint8_t index) { return code << 8 | index; }
+    static constexpr std::size_t kPlaces = 2 * kCodeLimit;
+    static constexpr std::uint32_t kEmpty = 0xFFFFFFFF; // nothing follows the last code of all
+    static std::uint32_t keyOf(std::uint32_t code, std::uint8_t index) {
+        return code << (8 + kLargestCodeSize) | std::uint32_t{index} << kLargestCodeSize;
+    }
     // The place of the pair: where it is, or where it belongs.
-    std::size_t placeOf(std::uint32_t code, std::uint8_t index) const {
-        const std::uint32_t key = keyOf(code, index);
-        std::size_t place =
-            key * 2654435761u >> 18; // Knuth's multiplier, 2^32 divided by the golden ratio; 14 bits stay
-        while (keys_[place] != kEmpty && keys_[place] != key)
+    std::size_t placeOf(std::uint32_t key) const {
+        // Knuth's multiplier, 2^32 divided by the golden ratio; 13 bits stay.
+        std::size_t place = (key >> kLargestCodeSize) * 2654435761u >> 19;
+        while (entries_[place] != kEmpty && (entries_[place] ^ key) >> kLargestCodeSize != 0)
             place = (place + 1) % kPlaces;
         return place;
     }
 
-    std::array<std::uint32_t, kPlaces> keys_;
-    std::array<std::uint16_t, kPlaces> codes_;
+    std::array<std::uint32_t, kPlaces> entries_;
 };
 
 // Codes of growing width, the lowest bit first.

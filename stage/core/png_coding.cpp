@@ -63,7 +63,7 @@ void putRow(std::uint8_t* to, std::span<const Pixel> row, const PngLook& look) {
         switch (look.colour) {
         case PngColour::Palette:
             shift -= look.bitDepth;
-            *to = static_cast<std::uint8_t>(*to | look.entries.at(stored) << shift);
+            *to = static_cast<std::uint8_t>(*to | *look.entries.find(stored) << shift);
             if (shift == 0) {
                 shift = 8;
                 ++to;
@@ -264,7 +264,7 @@ PngLook PngSurvey::paletteLook(Hole hole) const {
     look.bitDepth = depthFor(look.palette.size());
     std::ranges::stable_partition(look.palette, [](Pixel pixel) { return opacityOf(pixel) != 255; });
     for (std::size_t i = 0; i < look.palette.size(); ++i)
-        look.entries.emplace(look.palette[i], static_cast<std::uint8_t>(i));
+        look.entries[look.palette[i]] = static_cast<std::uint8_t>(i);
     return look;
 }
 
@@ -273,7 +273,7 @@ PngLook PngSurvey::greyLook(Hole hole) const {
     look.colour = PngColour::Grey;
     for (std::uint32_t level = 0; level < 256 && hole == Hole::Always && !look.hole; ++level) {
         const auto grey = static_cast<std::uint8_t>(level);
-        if (!colours_.counts().contains(pixelOf({grey, grey, grey})))
+        if (colours_.counts().find(pixelOf({grey, grey, grey})) == nullptr)
             look.hole = pixelOf({grey, grey, grey});
     }
     return look;
@@ -294,7 +294,7 @@ PngLook PngSurvey::colourLook(Hole hole) const {
 std::optional<Pixel> PngSurvey::unusedColour() const {
     for (std::size_t i = 0; i < kColours; ++i) {
         const auto pixel = static_cast<Pixel>(i | 0xFF000000u);
-        if (fitsPalette() ? !colours_.counts().contains(pixel) : !used_[i])
+        if (fitsPalette() ? colours_.counts().find(pixel) == nullptr : !used_[i])
             return pixel;
     }
     return std::nullopt;

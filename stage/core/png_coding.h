@@ -28,11 +28,11 @@ enum class PngColour : std::uint8_t { Grey = 0, Rgb = 2, Palette = 3, RgbAlpha =
 // How the pixels of all pictures of one file are stored.
 struct PngLook {
     PngColour colour = PngColour::RgbAlpha;
-    unsigned bitDepth = 8;      // 1, 2, 4 or 8 with a palette, else 8
-    std::vector<Pixel> palette; // of PngColour::Palette; what is not opaque comes first
-    std::optional<Pixel> hole;  // the opaque colour that stands for "transparent"; kTransparentPixel itself where
-                                // that has an entry or opacity is stored; nothing when there is no such thing
-    std::unordered_map<Pixel, std::uint8_t> entries; // of the palette
+    unsigned bitDepth = 8;          // 1, 2, 4 or 8 with a palette, else 8
+    std::vector<Pixel> palette;     // of PngColour::Palette; what is not opaque comes first
+    std::optional<Pixel> hole;      // the opaque colour that stands for "transparent"; kTransparentPixel itself where
+                                    // that has an entry or opacity is stored; nothing when there is no such thing
+    PixelMap<std::uint8_t> entries; // of the palette
 
     unsigned bitsPerPixel() const;
     std::size_t rowBytes(std::size_t width) const { return (width * bitsPerPixel() + 7) / 8; }

@@ -139,6 +139,9 @@ std::string summaryJson(const RenderReport& report) {
     JsonArray warnings;
     for (const std::string& warning : report.warnings)
         warnings.add(jsonText(warning));
+    JsonArray stages;
+    for (const StageTime& stage : report.stages)
+        stages.add(JsonObject().addText("stage", stage.name).add("seconds", jsonNumber(stage.seconds)).text());
     return JsonObject()
                .addText("effect", report.effect)
                .addNumber("frames", report.frames)
@@ -147,6 +150,8 @@ std::string summaryJson(const RenderReport& report) {
                .add("files", files.text())
                .add("warnings", warnings.text())
                .add("seconds_taken", jsonNumber(report.secondsTaken))
+               .add("stages", stages.text())
+               .addNumber("peak_memory_bytes", report.peakMemory)
                .text() +
            "\n";
 }

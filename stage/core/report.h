@@ -5,6 +5,7 @@
 #include "core/animation_reader.h"
 #include "core/effect_catalog.h"
 #include "core/failure.h"
+#include "core/stage_clock.h"
 #include "core/timing.h"
 
 namespace stage {
@@ -26,6 +27,8 @@ struct RenderReport {
     std::vector<FileReport> files;
     std::vector<std::string> warnings;
     double secondsTaken = 0;
+    std::vector<StageTime> stages = {}; // of the time taken
+    std::uint64_t peakMemory = 0;       // bytes that the program held at most
 };
 
 // What a person should know before giving such a file away: how browsers show it otherwise than it says.

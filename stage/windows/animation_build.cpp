@@ -68,7 +68,8 @@ Remembered rememberBuild(const PluginLibrary& plugin, const Effect& effect, Outp
     return made;
 }
 
-BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request) {
+BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request, StageClock& clock) {
+    clock.begin("Opening");
     const ComApartment apartment;
     AnimationRecorder recorder(request.format == OutputFormat::Gif ? DelayUnit::Hundredths : DelayUnit::Milliseconds);
     const PrivateFolder folder(request.settings, request.markers);
@@ -81,7 +82,11 @@ BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& r
                                 reinterpret_cast<void*>(asyncKeyStateButShift), IfMissing::Ignore);
     ProgressText progress(isTerminal(Stream::Error) ? ProgressStyle::RedrawnLine : ProgressStyle::PlainLines);
     HostEvents events;
-    events.status = [&progress](const std::string& status) { printProgress(progress.showStatus(status)); };
+    events.status = [&](const std::string& status) {
+        clock.begin(status);
+        printProgress(progress.showStatus(status));
+    };
+    events.finished = [&clock](BuildButton, bool) { clock.begin("Closing"); };
     events.progress = [&progress](std::uint64_t done, std::uint64_t total) {
         printProgress(progress.showProgress(done, total));
     };

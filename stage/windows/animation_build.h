@@ -4,6 +4,7 @@
 
 #include "core/animation.h"
 #include "core/arguments.h"
+#include "core/stage_clock.h"
 #include "windows/plugin_library.h"
 #include "windows/private_folder.h"
 
@@ -22,8 +23,9 @@ struct BuiltAnimation {
     std::vector<std::string> warnings;
 };
 
-// Prints the progress. Throws Failure.
-BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request);
+// Prints the progress; `clock` learns the stages, of which "Opening" and "Closing" are those of the dialog. Throws
+// Failure.
+BuiltAnimation buildAnimation(const PluginLibrary& plugin, const BuildRequest& request, StageClock& clock);
 
 // What a file shall remember of a build of that effect, from what the plugin left behind.
 Remembered rememberBuild(const PluginLibrary& plugin, const Effect& effect, OutputFormat format,

@@ -14,6 +14,8 @@
 #include "windows/console.h"
 #include "windows/wide_text.h"
 
+#include <psapi.h>
+
 #include <chrono>
 
 namespace stage {
@@ -124,10 +126,16 @@ FileReport save(const Animation& animation, const Target& target, const WriteOpt
     return report;
 }
 
+std::uint64_t peakMemory() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters)) ? counters.PeakWorkingSetSize : 0;
+}
+
 } // namespace
 
 RenderReport render(const PluginLibrary& plugin, const RenderOptions& options) {
     const auto begin = std::chrono::steady_clock::now();
+    StageClock clock;
     const EffectCatalog& catalog = plugin.catalog();
     const Beginning beginning = beginningOf(catalog, options);
     const Effect& effect = effectOf(catalog, options, beginning);
@@ -135,7 +143,7 @@ RenderReport render(const PluginLibrary& plugin, const RenderOptions& options) {
                                markersFor(catalog, options, beginning, effect),
                                beginning.editor.value_or(options.outputs.front().format), options.button};
     const std::vector<Target> targets = targetsOf(options, effect);
-    BuiltAnimation built = buildAnimation(plugin, request);
+    BuiltAnimation built = buildAnimation(plugin, request, clock);
     Animation& animation = built.animation;
     animation.plays = options.plays.value_or(beginning.plays);
 
@@ -147,6 +155,7 @@ RenderReport render(const PluginLibrary& plugin, const RenderOptions& options) {
                         beginning.warnings};
     report.warnings.insert(report.warnings.end(), built.warnings.begin(), built.warnings.end());
     for (std::size_t i = 0; i < targets.size(); ++i) {
+        clock.begin("Writing " + std::string(formatName(targets[i].format)));
         const FileReport file = save(animation, targets[i], writeOptionsOf(options));
         if (const auto warning = browserWarning(file))
             report.warnings.push_back(*warning);
@@ -155,6 +164,8 @@ RenderReport render(const PluginLibrary& plugin, const RenderOptions& options) {
     }
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     report.secondsTaken = taken.count();
+    report.stages = clock.finish();
+    report.peakMemory = peakMemory();
     return report;
 }
 

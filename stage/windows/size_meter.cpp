@@ -53,7 +53,9 @@ void SizeMeter::work() {
 void SizeMeter::measure(const Request& request, unsigned number) {
     std::optional<FileSizes> sizes;
     try {
-        sizes = measuredSizes(*request.animation, request.format, request.options,
+        WriteOptions options = request.options;
+        options.threads = 1; // this one, which gives way to all others
+        sizes = measuredSizes(*request.animation, request.format, options,
                               [&](std::size_t, std::size_t) { return number_ == number; });
     } catch (const std::exception&) {
         return; // saving will say why

@@ -7,14 +7,17 @@
 #include "core/failure.h"
 #include "core/lzw.h"
 #include "core/output_file.h"
+#include "core/parallel.h"
 #include "core/picture.h"
 #include "core/steps.h"
 #include "core/timing.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
+#include <atomic>
 #include <numeric>
 #include <random>
 
@@ -387,7 +390,8 @@ protected:
         return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
     }
 
-    std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "stage-target";
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("stage-target-" + std::to_string(::getpid()));
     std::filesystem::path target_ = folder_ / pathFromUtf8("r\xC3\xB6hre 1.gif");
 };
 
@@ -412,6 +416,41 @@ TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
     std::filesystem::permissions(target_, std::filesystem::perms::owner_read);
     EXPECT_THROW(saveAnimation(animation, OutputFormat::Gif, {}, target_), Failure); // its owner has protected it
     EXPECT_EQ(fileCount(), 5u);
+}
+
+// Frames are compressed side by side; more of them than are taken at once.
+TEST(StageWriting, BytesDoNotDependOnTheThreads) {
+    Animation animation{30, 30, {}, 0, {}, {}, {}};
+    Picture picture{30, 30, std::vector<Pixel>(900, pixelOf({9, 9, 9}))};
+    for (std::uint8_t i = 0; i < 70; ++i) {
+        std::fill_n(picture.pixels.begin() + i, 200, pixelOf({i, 100, 50}));
+        animation.frames.push_back(frameOf(picture));
+    }
+    for (const OutputFormat format : kAnimated) {
+        MemorySink alone, together;
+        std::vector<std::size_t> told;
+        ASSERT_TRUE(writeAnimation(animation, format, {.threads = 1}, alone));
+        ASSERT_TRUE(writeAnimation(animation, format, {.threads = 3}, together, [&](std::size_t done, std::size_t) {
+            told.push_back(done);
+            return true;
+        }));
+        EXPECT_EQ(alone.bytes(), together.bytes()) << formatName(format);
+        EXPECT_EQ(told.size(), 70u);
+        EXPECT_FALSE(writeAnimation(animation, format, {.threads = 3}, together,
+                                    [](std::size_t done, std::size_t) { return done < 40; }));
+    }
+}
+
+TEST(StageWriting, WhatAThreadThrowsReachesTheCaller) {
+    std::atomic<int> calls = 0;
+    const auto work = [&](std::size_t i) {
+        ++calls;
+        if (i == 5)
+            throw std::bad_alloc();
+    };
+    EXPECT_THROW(forEachInParallel(1000, 3, work), std::bad_alloc);
+    EXPECT_LT(calls, 1000);
+    forEachInParallel(0, 0, work);
 }
 
 TEST(StageReading, TellsHowFarItIsAndStops) {

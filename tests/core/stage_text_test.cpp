@@ -243,13 +243,21 @@ TEST(StageReport, ListSummaryAndProgress) {
     EXPECT_LT(list.find("MainRadarAngle"), list.find("Options of every effect"));
     EXPECT_GT(list.find("MainDelay"), list.find("Options of every effect"));
 
-    RenderReport report{"Radar", 120, 100, 90, {{OutputFormat::Gif, "r\"\n.gif", 4321, {900, 9000, 90, 10, 90}}},
-                        {},      1.25};
+    RenderReport report{"Radar",
+                        120,
+                        100,
+                        90,
+                        {{OutputFormat::Gif, "r\"\n.gif", 4321, {900, 9000, 90, 10, 90}}},
+                        {},
+                        1.25,
+                        {{"Building", 0.5}},
+                        4096};
     EXPECT_EQ(
         summaryJson(report),
         "{\"effect\":\"Radar\",\"frames\":90,\"width\":120,\"height\":100,\"files\":[{\"file\":\"r\\\"\\u000a.gif\","
         "\"format\":\"gif\",\"bytes\":4321,\"duration_ms\":900,\"browser_duration_ms\":9000,\"slowed_frames\":90,"
-        "\"browser_frames_per_second\":10}],\"warnings\":[],\"seconds_taken\":1.25}\n");
+        "\"browser_frames_per_second\":10}],\"warnings\":[],\"seconds_taken\":1.25,"
+        "\"stages\":[{\"stage\":\"Building\",\"seconds\":0.5}],\"peak_memory_bytes\":4096}\n");
     EXPECT_TRUE(contains(browserWarning(report.files[0]).value_or(""), "in 9.00 s instead of 0.90 s: 90 of 90"));
     report.files[0].file = "radar.gif";
     EXPECT_EQ(summaryText(report), "file      radar.gif\nbytes     4321\nframes    90\nsize      120x100\n"
@@ -269,6 +277,18 @@ TEST(StageReport, ListSummaryAndProgress) {
     all += redrawn.clear();
     EXPECT_EQ(all.find('\n'), std::string::npos);
     EXPECT_TRUE(all.ends_with(" \r"));
+}
+
+TEST(StageClock, StagesFollowEachOther) {
+    using namespace std::chrono_literals;
+    const StageClock::Moment start{};
+    StageClock clock;
+    clock.begin("Opening", start);
+    clock.begin("Building", start + 250ms);
+    clock.begin("Building", start + 400ms); // is told twice
+    clock.begin("Closing", start + 750ms);
+    EXPECT_EQ(clock.finish(start + 1s),
+              (std::vector<StageTime>{{"Opening", 0.25}, {"Building", 0.5}, {"Closing", 0.25}}));
 }
 
 } // namespace
