@@ -10,6 +10,7 @@
 #include "ui/plugin_fonts.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -55,8 +56,30 @@ void registerControlClasses() {
     InitCommonControlsEx(&classes);
 }
 
+// One invocation at a time, from whatever thread: settings, fonts and the host's message entry are the process's.
+class Invocation {
+public:
+    Invocation() : isOnly_(!isRunning().test_and_set()) {}
+    Invocation(const Invocation&) = delete;
+    Invocation& operator=(const Invocation&) = delete;
+    ~Invocation() {
+        if (isOnly_)
+            isRunning().clear();
+    }
+    bool isOnly() const { return isOnly_; }
+
+private:
+    static std::atomic_flag& isRunning() {
+        static constinit std::atomic_flag flag;
+        return flag;
+    }
+
+    bool isOnly_;
+};
+
 int configureAndBuild(HWND parent, HostParams* params) {
-    if (params == nullptr)
+    const Invocation invocation;
+    if (params == nullptr || !invocation.isOnly())
         return 0;
     if ((params->version >> 8 & 0xFF) < kLowestHostMajorVersion) {
         showMessage(parent, kHostTooOld);

@@ -86,8 +86,11 @@ GlobalBlock flattenedPart(const ForeignBitmap& source, const CanvasRect& part, C
 
 // The host's image as the bar shows it when it is full; empty when there is none.
 GlobalBlock loadBarImage(const HostParams* host, const std::string& path, const BarGraphParameters& p, Colour ground) {
-    const GlobalBlock loaded(reinterpret_cast<HGLOBAL>(
-        sendToHost(host, nullptr, kHostLoadImage, 0, reinterpret_cast<std::intptr_t>(path.c_str()))));
+    const auto answer = reinterpret_cast<HGLOBAL>(
+        sendToHost(host, nullptr, kHostLoadImage, 0, reinterpret_cast<std::intptr_t>(path.c_str())));
+    if (GlobalFlags(answer) == GMEM_INVALID_HANDLE) // nothing that could be read, nor freed
+        return {};
+    const GlobalBlock loaded(answer);
     const LockedBlock block(loaded.get());
     const std::optional<ForeignBitmap> source = block ? ForeignBitmap::open(block.bytes()) : std::nullopt;
     if (!source)

@@ -23,7 +23,8 @@ struct WriteOptions {
     Rgb matte{255, 255, 255};
     std::uint8_t opacityThreshold = 128; // 1 to 255
 
-    unsigned threads = 0; // that compress frames; 0: one for each processor. The bytes do not depend on it.
+    // That compress the frames of a GIF; 0: one for each processor. The bytes do not depend on it.
+    unsigned threads = 0;
 
     bool operator==(const WriteOptions&) const = default;
 };

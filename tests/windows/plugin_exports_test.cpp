@@ -1,5 +1,5 @@
-// What a loader and a careful host see of the plugin file before any dialog opens: its headers, its exports and
-// imports, and its answer to blocks of every size. Reads the file's own bytes and trusts no tool.
+// What a loader and a careful host see of the built files before any dialog opens: headers, exports and imports; and
+// the plugin's answer to blocks of every size. Reads the files' own bytes and trusts no tool.
 #include "recording_host.h"
 
 #include <gtest/gtest.h>
@@ -14,19 +14,22 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-class PluginFile : public testing::Test {
-protected:
-    void SetUp() override {
-        library = LoadLibraryA("veldran1_x64.dll");
-        ASSERT_NE(library, nullptr);
+constexpr char kPlugin[] = "veldran1_x64.dll";
+constexpr char kHost[] = "stage.exe";
+
+// A built file beside this program.
+class BuiltFile {
+public:
+    explicit BuiltFile(const std::string& name) {
         char path[MAX_PATH] = "";
-        GetModuleFileNameA(library, path, MAX_PATH);
-        std::ifstream stream(path, std::ios::binary);
+        GetModuleFileNameA(nullptr, path, MAX_PATH);
+        const std::string own = path;
+        std::ifstream stream(own.substr(0, own.find_last_of('\\') + 1) + name, std::ios::binary);
         bytes.assign(std::istreambuf_iterator<char>(stream), {});
         header = at<IMAGE_NT_HEADERS64>(static_cast<std::size_t>(at<IMAGE_DOS_HEADER>(0).e_lfanew));
-        ASSERT_EQ(header.Signature, static_cast<DWORD>(IMAGE_NT_SIGNATURE));
+        if (header.Signature != static_cast<DWORD>(IMAGE_NT_SIGNATURE))
+            throw std::runtime_error("no program: " + name);
     }
-    void TearDown() override { FreeLibrary(library); }
 
     template <class Record>
     Record at(std::size_t offset) const {
@@ -37,14 +40,19 @@ protected:
         return record;
     }
 
+    std::vector<IMAGE_SECTION_HEADER> sections() const {
+        const auto base = static_cast<std::size_t>(at<IMAGE_DOS_HEADER>(0).e_lfanew) + sizeof header;
+        std::vector<IMAGE_SECTION_HEADER> all;
+        for (WORD i = 0; i < header.FileHeader.NumberOfSections; ++i)
+            all.push_back(at<IMAGE_SECTION_HEADER>(base + i * sizeof(IMAGE_SECTION_HEADER)));
+        return all;
+    }
+
     // The place in the file of what the loader puts at `address`.
     std::size_t offsetOf(DWORD address) const {
-        const auto base = static_cast<std::size_t>(at<IMAGE_DOS_HEADER>(0).e_lfanew) + sizeof header;
-        for (WORD i = 0; i < header.FileHeader.NumberOfSections; ++i) {
-            const auto section = at<IMAGE_SECTION_HEADER>(base + i * sizeof(IMAGE_SECTION_HEADER));
+        for (const IMAGE_SECTION_HEADER& section : sections())
             if (address >= section.VirtualAddress && address < section.VirtualAddress + section.SizeOfRawData)
                 return address - section.VirtualAddress + section.PointerToRawData;
-        }
         throw std::out_of_range("no section holds this address");
     }
 
@@ -56,46 +64,81 @@ protected:
 
     DWORD directory(int index) const { return header.OptionalHeader.DataDirectory[index].VirtualAddress; }
 
-    HMODULE library = nullptr;
+    bool holds(std::string_view text) const {
+        return std::search(bytes.begin(), bytes.end(), text.begin(), text.end()) != bytes.end();
+    }
+
+    // The libraries that it wants, in small letters.
+    std::set<std::string> imports() const {
+        std::set<std::string> names;
+        for (std::size_t offset = offsetOf(directory(IMAGE_DIRECTORY_ENTRY_IMPORT));;
+             offset += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
+            const auto import = at<IMAGE_IMPORT_DESCRIPTOR>(offset);
+            if (import.Name == 0)
+                return names;
+            std::string name = textAt(import.Name);
+            std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
+            names.insert(name);
+        }
+    }
+
     Bytes bytes;
     IMAGE_NT_HEADERS64 header{};
 };
 
-TEST_F(PluginFile, ExportsTheTwoEntriesAndNothingElse) {
-    const auto exports = at<IMAGE_EXPORT_DIRECTORY>(offsetOf(directory(IMAGE_DIRECTORY_ENTRY_EXPORT)));
+TEST(BuiltFiles, PluginExportsTwoEntriesAndNothingElse) {
+    const BuiltFile file(kPlugin);
+    const auto exports = file.at<IMAGE_EXPORT_DIRECTORY>(file.offsetOf(file.directory(IMAGE_DIRECTORY_ENTRY_EXPORT)));
     EXPECT_EQ(exports.NumberOfFunctions, 2u);
     std::set<std::string> names;
     for (DWORD i = 0; i < exports.NumberOfNames; ++i)
-        names.insert(textAt(at<DWORD>(offsetOf(exports.AddressOfNames) + 4 * i)));
+        names.insert(file.textAt(file.at<DWORD>(file.offsetOf(exports.AddressOfNames) + 4 * i)));
     EXPECT_EQ(names, (std::set<std::string>{"PLUGIN16DoBuild", "PLUGIN16GetPluginParams"}));
 }
 
-TEST_F(PluginFile, ImportsWhatEveryWindowsHas) {
-    const std::set<std::string> system = {"advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll",  "kernel32.dll",
-                                          "msvcrt.dll",   "ole32.dll",    "shell32.dll",  "user32.dll", "winmm.dll"};
-    int count = 0;
-    for (std::size_t offset = offsetOf(directory(IMAGE_DIRECTORY_ENTRY_IMPORT));;
-         offset += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
-        const auto import = at<IMAGE_IMPORT_DESCRIPTOR>(offset);
-        if (import.Name == 0)
-            break;
-        std::string name = textAt(import.Name);
-        std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
-        EXPECT_TRUE(system.contains(name) || name.starts_with("api-ms-win-crt-")) << name;
-        ++count;
+TEST(BuiltFiles, ImportWhatEveryWindowsHas) {
+    const std::set<std::string> system = {"advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll",
+                                          "kernel32.dll", "msvcrt.dll",   "ole32.dll",    "shell32.dll",
+                                          "shlwapi.dll",  "user32.dll",   "winmm.dll"};
+    for (const char* name : {kPlugin, kHost}) {
+        const BuiltFile file(name);
+        const std::set<std::string> imports = file.imports();
+        EXPECT_GT(imports.size(), 3U);
+        for (const std::string& library : imports)
+            EXPECT_TRUE(system.contains(library) || library.starts_with("api-ms-win-crt-")) << name << ": " << library;
+        EXPECT_EQ(file.directory(IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT), 0u);
     }
-    EXPECT_GT(count, 3);
-    EXPECT_EQ(directory(IMAGE_DIRECTORY_ENTRY_DELAY_IMPORT), 0u);
 }
 
-TEST_F(PluginFile, IsProtectedAndCarriesItsVersion) {
-    EXPECT_EQ(header.FileHeader.Machine, IMAGE_FILE_MACHINE_AMD64);
-    EXPECT_TRUE(header.FileHeader.Characteristics & IMAGE_FILE_DLL);
-    EXPECT_FALSE(header.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED);
-    const WORD protections = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT | 0x20;
-    EXPECT_EQ(header.OptionalHeader.DllCharacteristics & protections, protections); // 0x20: high-entropy addresses
-    EXPECT_NE(directory(IMAGE_DIRECTORY_ENTRY_BASERELOC), 0u);
+TEST(BuiltFiles, AreProtected) {
+    const WORD wanted = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT | 0x20;
+    for (const char* name : {kPlugin, kHost}) {
+        SCOPED_TRACE(name);
+        const BuiltFile file(name);
+        EXPECT_EQ(file.header.FileHeader.Machine, IMAGE_FILE_MACHINE_AMD64);
+        EXPECT_FALSE(file.header.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED);
+        EXPECT_EQ(file.header.OptionalHeader.DllCharacteristics & wanted, wanted); // 0x20: high-entropy addresses
+        EXPECT_NE(file.directory(IMAGE_DIRECTORY_ENTRY_BASERELOC), 0u);
+        int executable = 0;
+        for (const IMAGE_SECTION_HEADER& section : file.sections()) {
+            const bool isCode = (section.Characteristics & IMAGE_SCN_MEM_EXECUTE) != 0;
+            executable += isCode ? 1 : 0;
+            EXPECT_FALSE(isCode && (section.Characteristics & IMAGE_SCN_MEM_WRITE) != 0) << section.Name;
+        }
+        EXPECT_EQ(executable, 1);
+        EXPECT_TRUE(file.holds("stack smashing detected")); // what the guard of return addresses says
+    }
+    EXPECT_TRUE(BuiltFile(kPlugin).header.FileHeader.Characteristics & IMAGE_FILE_DLL);
+}
 
+class LoadedPlugin : public testing::Test {
+protected:
+    ~LoadedPlugin() override { FreeLibrary(library); }
+
+    HMODULE library = LoadLibraryA(kPlugin);
+};
+
+TEST_F(LoadedPlugin, CarriesItsVersion) {
     const HRSRC resource = FindResourceA(library, MAKEINTRESOURCEA(1), reinterpret_cast<LPCSTR>(RT_VERSION));
     ASSERT_NE(resource, nullptr);
     const auto* version = static_cast<const std::uint8_t*>(LockResource(LoadResource(library, resource)));
@@ -106,7 +149,7 @@ TEST_F(PluginFile, IsProtectedAndCarriesItsVersion) {
     EXPECT_EQ(fixed.dwFileVersionLS, 1u << 16);
 }
 
-TEST_F(PluginFile, PluginInfoIsFilledWithinItsSize) {
+TEST_F(LoadedPlugin, PluginInfoIsFilledWithinItsSize) {
     const auto getParams = reinterpret_cast<GetPluginParamsFunction>(
         reinterpret_cast<void*>(GetProcAddress(library, "PLUGIN16GetPluginParams")));
     EXPECT_EQ(getParams(nullptr), 0);

@@ -139,6 +139,10 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
         recordFrame(*reinterpret_cast<const HostImageInfo*>(lParam));
     if (command == kHostFinishTask)
         current->task = nullptr;
+    if (current->session->whileAnswering)
+        current->session->whileAnswering(command);
+    if (current->session->answer)
+        return *current->session->answer;
     const int time = recording.count(command);
     const bool refused = std::ranges::any_of(current->session->refusals, [&](const Refusal& refusal) {
         return refusal.command == command && refusal.time == time;
@@ -153,17 +157,15 @@ void notify(HWND dialog, int control, int code) {
     SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
 }
 
-void invoke(HMODULE library) {
-    const auto doBuild =
-        reinterpret_cast<DoBuildFunction>(reinterpret_cast<void*>(GetProcAddress(library, "PLUGIN16DoBuild")));
+void invoke() {
     HostParams params{};
     params.size = sizeof params;
     params.version = current->session->version;
-    params.message = onMessage;
+    params.message = current->session->hasMessageEntry ? onMessage : nullptr;
     params.flags = current->session->flags;
     const HHOOK hook = SetWindowsHookExA(WH_CBT, windowIsCreated, nullptr, GetCurrentThreadId());
     current->nextStep = 0;
-    current->recording.result = doBuild(nullptr, &params);
+    current->recording.result = doBuildEntry()(nullptr, &params);
     KillTimer(nullptr, current->timer);
     UnhookWindowsHookEx(hook);
     if (IsWindow(current->dialog))
@@ -231,6 +233,11 @@ COLORREF Frame::tableColour(int entry) const {
     return RGB(bytes[2], bytes[1], bytes[0]);
 }
 
+DoBuildFunction doBuildEntry() {
+    return reinterpret_cast<DoBuildFunction>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("veldran1_x64.dll"), "PLUGIN16DoBuild")));
+}
+
 Recording run(const Session& session) {
     const SettingsFolder folder(session.settings);
     Invocation invocation;
@@ -240,7 +247,7 @@ Recording run(const Session& session) {
     if (library == nullptr)
         throw std::runtime_error("veldran1_x64.dll cannot be loaded");
     for (int i = 0; i < session.invocations; ++i)
-        invoke(library);
+        invoke();
     FreeLibrary(library);
     current = nullptr;
     invocation.recording.settingsFile = folder.read();

@@ -80,6 +80,9 @@ struct Session {
     std::vector<Refusal> refusals;
     std::function<HGLOBAL(const std::string& path)> loadImage; // the answer to command 8; none: no file can be loaded
     int invocations = 1;                                       // calls of PLUGIN16DoBuild with the same loaded library
+    bool hasMessageEntry = true;
+    std::function<void(std::uint32_t command)> whileAnswering; // what the host does before it answers a message
+    std::optional<std::intptr_t> answer;                       // to all messages; none: what a good host answers
 };
 
 struct Recording {
@@ -96,6 +99,9 @@ struct Recording {
     std::vector<std::string> describe() const;
     int count(std::uint32_t command) const;
 };
+
+// PLUGIN16DoBuild of the plugin that is loaded.
+DoBuildFunction doBuildEntry();
 
 // Loads the plugin, runs the session and unloads it again. The person's own settings are moved aside meanwhile.
 Recording run(const Session& session);

@@ -1,0 +1,157 @@
+// Hosts that misbehave: they call again, answer nonsense, are slow, do things of their own inside a command, or go
+// away. The plugin must neither fall nor give anything but what a good host gets.
+#include "built_frames.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace {
+
+using namespace recording;
+using Texts = std::vector<std::string>;
+
+constexpr char kSmallRadar[] = "MainEffect = 15\nMainRadarIncrement = 33\nMainRadarSize = 48\n";
+constexpr UINT_PTR kTimers[] = {1, 2};
+
+Session building(std::vector<Step> steps = {pressing(kBuild)}) {
+    Session session;
+    session.settings = kSmallRadar;
+    session.steps = std::move(steps);
+    return session;
+}
+
+std::intptr_t PLUGIN16_CALL ignoreCommand(HostTaskInfo*, std::uint32_t, std::uintptr_t, std::intptr_t) {
+    return 1;
+}
+
+int callAgain() {
+    HostParams params{};
+    params.size = sizeof params;
+    params.version = 0x1000;
+    params.message = ignoreCommand;
+    params.flags = kHostIsPngEditor;
+    return doBuildEntry()(nullptr, &params);
+}
+
+HWND openDialog() {
+    HWND found = nullptr;
+    const auto find = [](HWND window, LPARAM result) -> BOOL {
+        if (GetDlgItem(window, kTest) == nullptr)
+            return TRUE;
+        *reinterpret_cast<HWND*>(result) = window;
+        return FALSE;
+    };
+    EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+void handleWaitingMessages() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+}
+
+// Without the date above them.
+std::string settingsOf(const Recording& seen) {
+    return seen.settingsFile.substr(std::min(seen.settingsFile.find("[PlugIn]"), seen.settingsFile.size()));
+}
+
+void expectSameBuild(const Recording& seen, const Recording& usual) {
+    EXPECT_EQ(seen.result, 1);
+    EXPECT_EQ(seen.describe(), usual.describe());
+    EXPECT_EQ(seen.boxes, Texts{});
+    EXPECT_EQ(seen.faults, Texts{});
+    EXPECT_EQ(seen.dialogsOpened, 1);
+    EXPECT_TRUE(settingsOf(seen) == settingsOf(usual)); // hundreds of lines
+    ASSERT_EQ(seen.frames.size(), usual.frames.size());
+    for (std::size_t i = 0; i < usual.frames.size(); ++i)
+        EXPECT_EQ(seen.frames[i].bitmap, usual.frames[i].bitmap) << i;
+}
+
+TEST(Hosts, ThatCallAgainGetNothing) {
+    const Recording usual = run(building());
+    std::vector<int> results;
+    const auto call = [&] {
+        results.push_back(callAgain());
+        std::thread([&] { results.push_back(callAgain()); }).join();
+    };
+    Session session = building({[&](HWND) { call(); }, pressing(kBuild)});
+    session.whileAnswering = [&](std::uint32_t) { call(); };
+    expectSameBuild(run(session), usual);
+    EXPECT_GT(results.size(), 40U);
+    EXPECT_EQ(std::ranges::count(results, 0), static_cast<std::ptrdiff_t>(results.size()));
+    expectSameBuild(run(building()), usual); // the library was unloaded between them
+    EXPECT_EQ(GetModuleHandleA("veldran1_x64.dll"), nullptr);
+}
+
+TEST(Hosts, WithoutBlocksAndEntries) {
+    const HMODULE library = LoadLibraryA("veldran1_x64.dll");
+    EXPECT_EQ(doBuildEntry()(nullptr, nullptr), 0);
+    FreeLibrary(library);
+    Session mute = building({pressing(kTest), pressing(kBuild)});
+    mute.hasMessageEntry = false;
+    const Recording seen = run(mute);
+    EXPECT_EQ(seen.result, 1);
+    EXPECT_EQ(seen.boxes, Texts(2, "Error creating new task."));
+}
+
+// A host that shows its progress in a loop of its own lets everything through to the dialog.
+TEST(Hosts, ThatLetOtherMessagesInWhileTheyAnswer) {
+    const Recording usual = run(building());
+    Session session = building();
+    session.whileAnswering = [](std::uint32_t command) {
+        const HWND dialog = openDialog();
+        if (dialog == nullptr || command == kHostShowHelp)
+            return;
+        for (const int button : {int{kBuild}, int{kTest}, int{kCancel}, 4, 5})
+            PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
+        for (const UINT_PTR timer : kTimers)
+            PostMessageA(dialog, WM_TIMER, timer, 0);
+        PostMessageA(dialog, WM_HELP, 0, 0);
+        PostMessageA(dialog, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetDlgItem(dialog, kRadarMarkerList)), 0);
+        PostMessageA(dialog, WM_CLOSE, 0, 0);
+        handleWaitingMessages();
+        Sleep(5); // and it is slow
+    };
+    expectSameBuild(run(session), usual);
+}
+
+// All commands, also the one that gives an image, which the preview of the bar graph asks for too.
+TEST(Hosts, ThatAnswerNonsense) {
+    std::uint8_t local[64] = {40};
+    const std::intptr_t answers[] = {-1, 1, 0x7FFFFFFF, std::intptr_t{1} << 46,
+                                     reinterpret_cast<std::intptr_t>(local + 1)};
+    for (const std::intptr_t answer : answers) {
+        SCOPED_TRACE(answer);
+        Session session = building({[](HWND dialog) { setChoice(dialog, kEffect, 5); }, pressing(kTest),
+                                    [](HWND dialog) { setChoice(dialog, kEffect, kRadar); }, pressing(kTest)});
+        session.settings = std::string(kSmallRadar) + "MainBarGraphFrames = 3\n";
+        session.answer = answer;
+        const Recording seen = run(session);
+        EXPECT_EQ(seen.result, 1);
+        EXPECT_GE(seen.frames.size(), 6U); // the radar at least
+        EXPECT_EQ(seen.faults, Texts{});
+    }
+}
+
+// The host closes its windows in the middle of a build.
+TEST(Hosts, ThatDestroyTheDialog) {
+    for (const std::uint32_t when : {kHostBuildBegins, kHostShowProgress, kHostAddImage}) {
+        SCOPED_TRACE(when);
+        Session session = building();
+        session.whileAnswering = [when](std::uint32_t command) {
+            const HWND dialog = command == when ? openDialog() : nullptr;
+            if (dialog != nullptr)
+                DestroyWindow(dialog);
+        };
+        const Recording seen = run(session);
+        EXPECT_EQ(seen.count(kHostCreateTask), seen.count(kHostFinishTask));
+        const Recording after = run(building());
+        EXPECT_EQ(after.frames.size(), 6U);
+        EXPECT_EQ(after.boxes, Texts{});
+    }
+}
+
+} // namespace
