@@ -8,7 +8,7 @@ complain() {
     status=1
 }
 
-sources=$(find fuzz bench src stage tests tools \( -name '*.cpp' -o -name '*.h' \) 2>/dev/null | sort)
+sources=$(find bench src stage tests tools \( -name '*.cpp' -o -name '*.h' \) 2>/dev/null | sort)
 [ -n "$sources" ] || {
     echo 'No sources found'
     exit 1

@@ -18,8 +18,9 @@ Colour tonedColour(Colour colour, double tone) {
 
 Colour vividColour(Colour colour) {
     constexpr double kGreyTaken = 0.92;
-    const auto [least, most] = std::minmax({redOf(colour), greenOf(colour), blueOf(colour)});
-    const double grey = kGreyTaken * least;
+    const std::pair<int, int> range = std::minmax({redOf(colour), greenOf(colour), blueOf(colour)});
+    const int most = range.second;
+    const double grey = kGreyTaken * range.first;
     const auto stretch = [=](int channel) {
         return most == 0 ? 0 : static_cast<int>((channel - grey) / (most - grey) * 255 + 0.5);
     };

@@ -40,8 +40,8 @@ std::optional<ConstImageView> viewPackedBitmap(std::span<const std::uint8_t> blo
     if (header.size != sizeof header || header.planes != 1 || header.compression != 0 || !bytes ||
         *bytes > block.size())
         return std::nullopt;
-    if (header.bits <= 8 && header.coloursUsed != 0 && header.coloursUsed != 1u << header.bits)
-        return std::nullopt;
+    if (header.coloursUsed != 0 && (header.bits > 8 || header.coloursUsed != 1u << header.bits))
+        return std::nullopt; // the rows would begin elsewhere
     const std::size_t stride = bitmapStride(header.width, header.bits);
     ConstImageView view;
     view.width = header.width;

@@ -88,7 +88,7 @@ std::optional<std::size_t> packedBitmapBytes(int width, int height, int bits);
 void writeBitmapHeader(std::span<std::uint8_t> block, int width, int height, int bits);
 
 // The view of a packed bitmap; nothing when its header is none of ours (1, 8, 24 or 32 bits, bottom-up, uncompressed,
-// no short colour table) or claims more pixels than the block holds.
+// the whole colour table or none) or claims more pixels than the block holds.
 std::optional<ImageView> viewPackedBitmap(std::span<std::uint8_t> block);
 std::optional<ConstImageView> viewPackedBitmap(std::span<const std::uint8_t> block);
 

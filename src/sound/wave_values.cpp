@@ -87,7 +87,8 @@ WaveValues::Sides WaveValues::sidesOf(StereoPair pair) const {
 
 WaveValues::Sides WaveValues::loudest() const {
     Sides peak{0, 0};
-    forPairs(*samples_, 0, samples_->size(), [&](StereoPair pair) {
+    // One further, where a left sample may stand on its own.
+    forPairs(*samples_, 0, samples_->size() + 1, [&](StereoPair pair) {
         const Sides sides = sidesOf(pair);
         peak = {std::max(peak.left, std::abs(sides.left)), std::max(peak.right, std::abs(sides.right))};
     });

@@ -51,9 +51,9 @@ struct Box {
 std::array<Box, 2> cut(const Box& box) {
     const auto channel = static_cast<std::size_t>(std::ranges::max_element(box.error) - box.error.begin());
     const double level = box.mean[channel];
-    const auto upper =
-        std::ranges::partition(box.colours, [&](const Weighted& c) { return c.colour[channel] <= level; });
-    const auto lower = static_cast<std::size_t>(upper.begin() - box.colours.begin());
+    const auto upper = std::partition(box.colours.begin(), box.colours.end(),
+                                      [&](const Weighted& c) { return c.colour[channel] <= level; });
+    const auto lower = static_cast<std::size_t>(upper - box.colours.begin());
     return {Box(box.colours.first(lower)), Box(box.colours.subspan(lower))};
 }
 

@@ -1,5 +1,6 @@
 // All matches of every place are found first. Then the cheapest way through them is worked out, by the lengths that the
-// codes of the way before had, a few times over. Last, the way is cut into blocks where that makes it shorter.
+// codes of the way before had, a few times over. Last, the way is cut into blocks where that makes it shorter. What
+// codes only make longer is stored as it is.
 #include "core/deflate.h"
 
 #include <zlib.h> // adler32
@@ -467,9 +468,7 @@ void cutIntoBlocks(std::span<const Token> tokens, std::vector<Block>& blocks) {
     blocks.push_back(std::move(whole));
 }
 
-} // namespace
-
-std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes) {
+Bytes coded(std::span<const std::uint8_t> bytes) {
     constexpr int kWays = 3; // later ones change next to nothing
     const MatchTable table(bytes);
     std::vector<Token> tokens = greedyTokens(bytes, table);
@@ -487,14 +486,46 @@ std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes) {
     std::vector<Block> blocks;
     cutIntoBlocks(tokens, blocks);
     BitWriter out;
-    out.bytes = {0x78, 0xDA}; // deflate with a window of 32 KiB, compressed with care
     for (const Block& block : blocks)
         block.write(out, &block == &blocks.back());
     out.finish();
+    return std::move(out.bytes);
+}
+
+// Blocks without codes, for noise that codes would make longer.
+constexpr std::size_t kLongestStored = 65535;
+constexpr std::size_t kStoredHead = 5;
+
+std::size_t storedSize(std::size_t bytes) {
+    return bytes + kStoredHead * std::max<std::size_t>(1, (bytes + kLongestStored - 1) / kLongestStored);
+}
+
+Bytes stored(std::span<const std::uint8_t> bytes) {
+    BitWriter out;
+    do {
+        const std::span<const std::uint8_t> part = bytes.first(std::min(bytes.size(), kLongestStored));
+        bytes = bytes.subspan(part.size());
+        const auto length = static_cast<std::uint32_t>(part.size());
+        out.put(bytes.empty() ? 1 : 0, 8); // kind 0, up to a whole byte
+        out.put(length, 16);
+        out.put(~length & 0xFFFF, 16);
+        out.bytes.insert(out.bytes.end(), part.begin(), part.end());
+    } while (!bytes.empty());
+    return std::move(out.bytes);
+}
+
+} // namespace
+
+std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes) {
+    Bytes result = {0x78, 0xDA}; // deflate with a window of 32 KiB, compressed with care
+    Bytes blocks = coded(bytes);
+    if (blocks.size() > storedSize(bytes.size()))
+        blocks = stored(bytes);
+    result.insert(result.end(), blocks.begin(), blocks.end());
     const uLong sum = adler32(adler32(0, nullptr, 0), bytes.data(), static_cast<uInt>(bytes.size()));
     for (int shift = 24; shift >= 0; shift -= 8)
-        out.bytes.push_back(static_cast<std::uint8_t>(sum >> shift));
-    return out.bytes;
+        result.push_back(static_cast<std::uint8_t>(sum >> shift));
+    return result;
 }
 
 } // namespace stage

@@ -6,9 +6,11 @@
 namespace stage {
 namespace {
 
-// The length of the UTF-8 sequence at the start; 0 when there is none.
+// The length of the UTF-8 sequence at the start (RFC 3629: the shortest for its letter, no surrogates, nothing beyond
+// U+10FFFF); 0 when there is none.
 std::size_t sequenceLength(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text[0]);
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned first = byteAt(0);
     if (first < 0x80)
         return 1;
     const std::size_t length = first >= 0xF0 && first <= 0xF4   ? 4
@@ -18,9 +20,11 @@ std::size_t sequenceLength(std::string_view text) {
     if (length == 0 || length > text.size())
         return 0;
     for (std::size_t i = 1; i < length; ++i)
-        if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80)
+        if ((byteAt(i) & 0xC0) != 0x80)
             return 0;
-    return length;
+    const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+    const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+    return byteAt(1) >= least && byteAt(1) <= most ? length : 0;
 }
 
 } // namespace

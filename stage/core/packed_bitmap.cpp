@@ -24,7 +24,8 @@ struct BitmapHeader {
 };
 static_assert(sizeof(BitmapHeader) == 40);
 
-constexpr std::size_t kColourTableBytes = 256 * 4;
+constexpr std::size_t kColours = 256;
+constexpr std::size_t kColourTableBytes = kColours * 4;
 constexpr std::int32_t kLargestSide = 65535;
 
 void require(bool condition, const char* what) {
@@ -64,6 +65,8 @@ Frame unpackBitmap(std::span<const std::byte> block, OpacityByte opacity) {
             "its size is out of range");
     require(header.bitsPerPixel == 8 || header.bitsPerPixel == 24 || header.bitsPerPixel == 32,
             "its colour depth is not 8, 24 or 32");
+    require(header.coloursUsed == 0 || (header.coloursUsed == kColours && header.bitsPerPixel == 8),
+            "its colour table is of another size"); // and its rows would begin elsewhere
 
     Frame frame;
     frame.width = static_cast<std::uint32_t>(header.width);

@@ -182,12 +182,17 @@ private:
             return static_cast<std::uint8_t>(sample >> 8);
         return static_cast<std::uint8_t>(sample * 255 / ((1u << header_.depth) - 1));
     }
+    // The colour's numbers have 16 bits, of which the lowest count.
     bool isKey(const std::array<std::uint32_t, 4>& samples) const {
         if (!hasKey_)
             return false;
-        for (std::size_t i = 0; i < header_.samples(); ++i)
-            if (samples[i] != (std::uint32_t{colours_.transparency[i * 2]} << 8 | colours_.transparency[i * 2 + 1]))
+        const std::uint32_t most = (1u << header_.depth) - 1;
+        for (std::size_t i = 0; i < header_.samples(); ++i) {
+            const std::uint32_t key =
+                std::uint32_t{colours_.transparency[i * 2]} << 8 | colours_.transparency[i * 2 + 1];
+            if (samples[i] != (key & most))
                 return false;
+        }
         return true;
     }
 

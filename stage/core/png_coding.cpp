@@ -262,7 +262,8 @@ PngLook PngSurvey::paletteLook(Hole hole) const {
     if (!hasHoles_ && hole == Hole::Always)
         look.palette.push_back(kTransparentPixel);
     look.bitDepth = depthFor(look.palette.size());
-    std::ranges::stable_partition(look.palette, [](Pixel pixel) { return opacityOf(pixel) != 255; });
+    std::stable_partition(look.palette.begin(), look.palette.end(),
+                          [](Pixel pixel) { return opacityOf(pixel) != 255; });
     for (std::size_t i = 0; i < look.palette.size(); ++i)
         look.entries[look.palette[i]] = static_cast<std::uint8_t>(i);
     return look;

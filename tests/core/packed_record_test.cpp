@@ -1,12 +1,10 @@
-// Packed records: what a record says about its size, and how damaged streams end. Streams come from zlib's own
-// compressor.
+// Packed records: what a record says about its size, and how damaged streams end.
+#include "record_bytes.h"
 #include "render/packed_record.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <vector>
 
@@ -15,9 +13,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::size_t kHeaderBytes = 52;
-constexpr std::size_t kSizeOffset = 8;
-constexpr std::size_t kPackedSizeOffset = 12;
 constexpr std::uint8_t kUntouched = 0xEE; // appears in no payload
 
 // Longer than two of the reader's steps of 8192 bytes.
@@ -26,22 +21,6 @@ Bytes payload() {
     for (std::size_t i = 0; i < bytes.size(); ++i)
         bytes[i] = static_cast<std::uint8_t>(i * i / 7 % 200);
     return bytes;
-}
-
-void put32(Bytes& bytes, std::size_t offset, std::size_t value) {
-    for (std::size_t i = 0; i < 4; ++i)
-        bytes[offset + i] = static_cast<std::uint8_t>(value >> 8 * i);
-}
-
-Bytes makeRecord(const Bytes& unpacked, int level = Z_BEST_COMPRESSION) {
-    uLongf packedSize = compressBound(unpacked.size());
-    Bytes record(kHeaderBytes + packedSize);
-    compress2(record.data() + kHeaderBytes, &packedSize, unpacked.data(), unpacked.size(), level);
-    record.resize(kHeaderBytes + packedSize);
-    std::memcpy(record.data(), "CPX_HEAD", 8);
-    put32(record, kSizeOffset, unpacked.size());
-    put32(record, kPackedSizeOffset, packedSize);
-    return record;
 }
 
 // The bytes that arrived; nothing when the record was refused. What did not arrive must be as it was, and what
@@ -59,12 +38,13 @@ std::optional<std::size_t> arrived(const Bytes& record, std::size_t targetSize) 
 
 TEST(PackedRecord, StatesItsSizeAndRefusesOtherBytes) {
     const Bytes record = makeRecord(payload());
-    Bytes header(record.begin(), record.begin() + kHeaderBytes);
+    Bytes header(record.begin(), record.begin() + kRecordHeaderBytes);
     std::fill(header.begin() + 16, header.end(), std::uint8_t{0x5A}); // version, reserved bytes
     EXPECT_EQ(unpackedSize(header), 20000u);
-    put32(header, kSizeOffset, 0xFFFFFFFF);
+    put32(header, kRecordSizeOffset, 0xFFFFFFFF);
     EXPECT_EQ(unpackedSize(header), 0xFFFFFFFFu);
-    std::vector<Bytes> refused = {{}, Bytes(kHeaderBytes), Bytes(record.begin(), record.begin() + kHeaderBytes - 1)};
+    std::vector<Bytes> refused = {
+        {}, Bytes(kRecordHeaderBytes), Bytes(record.begin(), record.begin() + kRecordHeaderBytes - 1)};
     refused.push_back(record);
     refused.back()[7] ^= 0x20; // another case of the letter
     for (const Bytes& bytes : refused)
@@ -85,7 +65,7 @@ TEST(PackedRecord, UnpacksWhatFitsAndRefusesCorruptStreams) {
         {"room for one step and a byte", [](Bytes&) {}, 8193, 8193},
         {"bytes behind the stream", [](Bytes& r) { r.resize(r.size() + 9, 1); }, 20000, 20000},
         {"packed size beyond the record", [](Bytes& r) { put32(r, 12, 0xFFFFFFFF); }, 20000, 20000},
-        {"header alone", [](Bytes& r) { r.resize(kHeaderBytes); }, 20000, 0},
+        {"header alone", [](Bytes& r) { r.resize(kRecordHeaderBytes); }, 20000, 0},
         {"no checksum", [](Bytes& r) { r.resize(r.size() - 4); }, 20000, 20000},
         {"wrong checksum", [](Bytes& r) { r.back() ^= 1; }, 20000, std::nullopt},
         {"no zlib header", [](Bytes& r) { r[52] = 0; }, 20000, std::nullopt},
@@ -102,7 +82,7 @@ TEST(PackedRecord, ACutStreamKeepsItsFront) {
     // Stored blocks: a block's length stands in front of it, so the bytes before the cut are known.
     const Bytes record = makeRecord(payload(), Z_NO_COMPRESSION);
     for (const std::size_t kept : {0u, 1u, 8192u, 9000u}) {
-        const std::size_t overhead = kHeaderBytes + 2 + 5; // record, stream and block header
+        const std::size_t overhead = kRecordHeaderBytes + 2 + 5; // record, stream and block header
         EXPECT_EQ(arrived(Bytes(record.data(), record.data() + overhead + kept), 20000), kept);
     }
 }
@@ -111,7 +91,7 @@ TEST(PackedRecord, NoDamagedByteWritesOutside) {
     const Bytes record = makeRecord(payload());
     int tried = 0;
     int refused = 0;
-    for (std::size_t i = kHeaderBytes; i < record.size(); i += 1 + record.size() / 500) {
+    for (std::size_t i = kRecordHeaderBytes; i < record.size(); i += 1 + record.size() / 500) {
         Bytes damaged = record;
         damaged[i] ^= 0x41;
         Bytes target(20000);

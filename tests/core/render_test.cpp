@@ -57,6 +57,7 @@ TEST(ImageView, RefusesHeadersThatAreNotOurs) {
     } cases[] = {{"as written", 24, [](Bytes&) {}, true},
                  {"full colour table", 8, at(32, 256), true},
                  {"short colour table", 8, at(32, 16), false},
+                 {"colour table before colours", 24, at(32, 16), false},
                  {"cut header", 24, [](Bytes& block) { block.resize(39); }, false},
                  {"a byte short", 24, [](Bytes& block) { block.pop_back(); }, false},
                  {"width whose stride wraps", 32, at(4, 0x40000000), false},

@@ -37,6 +37,9 @@ TEST(WaveValues, ChannelsScalesAndKindsOfSamples) {
 
     const Bytes quiet(40, 128); // bytes that are silent for every program but this one
     EXPECT_LT(WaveValues(pcm(1, 8), quiet, SoundChannels::Left, SoundScale::Normalised).read(0, 0, 1, 2)[0], 0.01f);
+    const Bytes alone = words({5, 6, 10}); // a left sample without its right one is the loudest
+    EXPECT_EQ(WaveValues(pcm(2, 16), alone, SoundChannels::Left, SoundScale::Normalised).read(0, 0, 2, 9),
+              (Values{0.5f, 1}));
 }
 
 TEST(WaveValues, LongStretchesKeepTheirPeaks) {

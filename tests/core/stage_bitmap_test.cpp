@@ -48,10 +48,16 @@ TEST(StageBitmap, HeadersThatLieAreRefused) {
     put(coreHeader, 0, std::uint32_t{12});
     std::vector<std::byte> compressed = bitmap(2, 2, 24, 56);
     put(compressed, 16, std::uint32_t{1});
+    std::vector<std::byte> fewColours = bitmap(3, 2, 8, 40 + 1024 + 8);
+    put(fewColours, 32, std::uint32_t{22});
+    std::vector<std::byte> coloursBeforePixels = bitmap(2, 2, 24, 56 + 88);
+    put(coloursBeforePixels, 32, std::uint32_t{22});
     const struct {
         const char* name;
         std::vector<std::byte> block;
     } cases[] = {{"nothing", {}},
+                 {"a short colour table", fewColours},
+                 {"a colour table before colours", coloursBeforePixels},
                  {"an older header", coreHeader},
                  {"compressed", compressed},
                  {"one byte short", bitmap(2, 2, 24, 55)},

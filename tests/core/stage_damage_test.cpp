@@ -5,6 +5,7 @@
 #include "core/failure.h"
 #include "core/picture.h"
 #include "core/png_coding.h"
+#include "mended_chunks.h"
 
 #include <gtest/gtest.h>
 
@@ -57,20 +58,6 @@ TEST(StageDamage, FilesThatAreCutOffAreRefused) {
     }
 }
 
-// Chunks get their check sums back, so that changes reach what lies behind them.
-void mendSums(Bytes& file) {
-    for (std::size_t at = 8; at + 12 <= file.size();) {
-        const std::size_t length = std::size_t{file[at]} << 24 | file[at + 1] << 16 | file[at + 2] << 8 | file[at + 3];
-        if (length > file.size() - at - 12)
-            return;
-        Bytes chunk;
-        const std::span<const std::uint8_t> data(&file[at] + 8, length);
-        putChunk(chunk, std::string(&file[at + 4], &file[at + 8]), data);
-        std::copy(chunk.end() - 4, chunk.end(), file.begin() + static_cast<std::ptrdiff_t>(at + 8 + length));
-        at += length + 12;
-    }
-}
-
 TEST(StageDamage, ChangedBytesNeverDoHarm) {
     std::mt19937 random(11);
     for (const OutputFormat format : {OutputFormat::Gif, OutputFormat::Apng, OutputFormat::Mng}) {
@@ -81,7 +68,7 @@ TEST(StageDamage, ChangedBytesNeverDoHarm) {
             for (int i = 0; i < 1 + trial % 3; ++i)
                 changed[random() % changed.size()] = static_cast<std::uint8_t>(random());
             if (format != OutputFormat::Gif && trial % 4 != 0)
-                mendSums(changed);
+                changed = mendedChunks(changed); // so that changes reach what lies behind check sums
             refused += refusalOf(changed).empty() ? 0 : 1;
         }
         EXPECT_GT(refused, 150) << formatName(format);
@@ -161,6 +148,9 @@ TEST(StageDamage, PngsAndMngsThatLie) {
     // The pixel of the first cases is sound: 7 in a grey picture.
     const Bytes still = pngOf({{"IHDR", header}, {"IDAT", pixel}, {"IEND", {}}}, kPngSignature);
     EXPECT_EQ(pictureOf(readAnimation(still).animation.frames[0]).pixels[0], pixelOf({7, 7, 7}));
+    // Of the numbers of a transparent colour only as many bits count as samples have.
+    const Bytes oddKey = pngOf({{"IHDR", header}, {"tRNS", {0x5A, 7}}, {"IDAT", pixel}, {"IEND", {}}}, kPngSignature);
+    EXPECT_EQ(pictureOf(readAnimation(oddKey).animation.frames[0]).pixels[0], kTransparentPixel);
     Bytes wrongSum = still;
     wrongSum[8 + 8] ^= 1;
     EXPECT_NE(refusalOf(wrongSum).find("check sum"), std::string::npos);

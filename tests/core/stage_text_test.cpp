@@ -4,6 +4,7 @@
 #include "core/batch.h"
 #include "core/effect_catalog.h"
 #include "core/failure.h"
+#include "core/json.h"
 #include "core/report.h"
 #include "core/setting_value.h"
 #include "core/settings_text.h"
@@ -233,6 +234,18 @@ TEST(StageArguments, BatchLines) {
     EXPECT_EQ(lines[0].words, (std::vector<std::string>{"--effect", "radar", "--out", "C:\\a b\\c.gif"}));
     EXPECT_EQ(lines[1].words, (std::vector<std::string>{"--set", "A=say \"x\"", ""}));
     EXPECT_TRUE(contains(failureOf(ExitCode::WrongUsage, [] { parseBatch("a\n\"b"); }), "Line 2"));
+}
+
+TEST(StageReport, JsonIsUtf8WhateverANameHolds) {
+    EXPECT_EQ(jsonText("\"\\\x1F\xC3\xA4\xF4\x8F\xBF\xBF"), "\"\\\"\\\\\\u001f\xC3\xA4\xF4\x8F\xBF\xBF\"");
+    // A letter written longer than it is, a surrogate, beyond the last letter, cut off.
+    for (const std::string damaged :
+         {"\xE0\x9F\x9F", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x98"}) {
+        std::string replaced = "\"";
+        for (std::size_t i = 0; i < damaged.size(); ++i)
+            replaced += "\xEF\xBF\xBD";
+        EXPECT_EQ(jsonText(damaged), replaced + '"');
+    }
 }
 
 TEST(StageReport, ListSummaryAndProgress) {

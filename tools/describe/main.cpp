@@ -10,6 +10,7 @@
 #include "instruments/effect_list.h"
 #include "settings/output_options.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <set>
 #include <string>
@@ -74,12 +75,19 @@ const ParameterRow* findParameter(std::span<const ParameterRow> rows, Setting se
     return nullptr;
 }
 
+// What one key of a value calls a flag holds no more under another key.
+bool isFlag(const SettingRow& row) {
+    return std::ranges::any_of(settingRows(), [&](const SettingRow& other) {
+        return other.storage == row.storage && (other.kind & kSettingFlag) != 0;
+    });
+}
+
 // The row's kind without any control: from the table alone.
 const char* storedKind(const SettingRow& row) {
     const std::string_view key = row.key;
     if (row.isText())
         return key.ends_with("Sound") || key.ends_with("File") ? "file" : "text";
-    if ((row.kind & kSettingFlag) != 0)
+    if (isFlag(row))
         return "flag";
     return key.ends_with("Color") || key == "AlphaGreyBack" ? "colour" : "integer";
 }

@@ -1,0 +1,90 @@
+// Small animations of any pixels: what the writers make of them must show the same when it is read back. Bytes: sides,
+// frames, plays, then for each frame its delay and the areas that change in it, a byte that is missing being 0.
+#include "animation_files.h"
+#include "noise.h"
+
+#include "core/png_coding.h"
+
+#include <array>
+
+using namespace stage;
+using fuzz::Input;
+using fuzz::mustHold;
+using fuzz::Noise;
+
+namespace {
+
+enum class Content : unsigned { Colour, Hole, Greys, Colours, ManyColours, HalfOpaque };
+
+Pixel areaPixel(Content content, Rgb colour, std::uint8_t mask, Noise& noise) {
+    const auto level = static_cast<std::uint8_t>(noise.next() & mask);
+    switch (content) {
+    case Content::Colour:
+        return pixelOf(colour);
+    case Content::Hole:
+        return kTransparentPixel;
+    case Content::Greys:
+        return pixelOf({level, level, level});
+    case Content::Colours:
+        return pixelOf({level, colour.green, colour.blue});
+    case Content::ManyColours:
+        return pixelOf({level, noise.next(), noise.next()});
+    case Content::HalfOpaque:
+        break;
+    }
+    return pixelOf({level, colour.green, colour.blue}, noise.next());
+}
+
+void changeArea(Input& input, Picture& picture) {
+    const std::uint32_t x = input.number(picture.width - 1);
+    const std::uint32_t y = input.number(picture.height - 1);
+    const std::uint32_t width = 1 + input.number(picture.width - x - 1);
+    const std::uint32_t height = 1 + input.number(picture.height - y - 1);
+    const auto content = static_cast<Content>(input.number(5));
+    const auto bytes = input.take<std::array<std::uint8_t, 4>>();
+    Noise noise(bytes[0]);
+    for (std::uint32_t row = y; row < y + height; ++row)
+        for (std::uint32_t column = x; column < x + width; ++column)
+            picture.pixels[row * picture.width + column] =
+                areaPixel(content, {bytes[1], bytes[2], bytes[3]}, bytes[1], noise);
+}
+
+Animation takeAnimation(Input& input) {
+    Animation animation;
+    animation.width = 1 + input.number(19);
+    animation.height = 1 + input.number(19);
+    const std::size_t frames = 1 + input.number(4);
+    animation.plays = input.take<std::uint16_t>();
+    Picture picture{animation.width, animation.height, {}};
+    picture.pixels.resize(std::size_t{picture.width} * picture.height, pixelOf(Rgb{}));
+    while (animation.frames.size() < frames) {
+        const std::uint32_t delay = input.number(255) * 10;
+        for (unsigned areas = input.number(3); areas > 0; --areas)
+            changeArea(input, picture);
+        animation.frames.push_back(frameOf(picture));
+        animation.frames.back().delay = delay;
+    }
+    animation.comment = "comment";
+    animation.made = Remembered{"MainEffect = 1\n", "A,1,2\n"};
+    return animation;
+}
+
+void checkStills(const Animation& animation) {
+    for (const Frame& frame : animation.frames) {
+        const AnimationFile file = readAnimation(encodePng(frame, animation.comment, animation.made));
+        mustHold(file.format == OutputFormat::Png && file.animation.frames.size() == 1, "a still is one picture");
+        mustHold(pictureOf(file.animation.frames[0]) == pictureOf(frame), "a still comes back");
+        mustHold(file.animation.comment == animation.comment, "a comment comes back");
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Input input(data, size);
+    const Animation animation = takeAnimation(input);
+    for (const OutputFormat format : {OutputFormat::Gif, OutputFormat::Apng, OutputFormat::Mng})
+        fuzz::mustComeBack(animation, format);
+    checkStills(animation);
+    return 0;
+}

@@ -1,0 +1,89 @@
+// Packed bitmaps from somebody else: those that hosts hand over and those that the bundled host takes from the plugin.
+// Three readers take different kinds; where two take the same they must see the same.
+#include "fuzz_target.h"
+
+#include "core/failure.h"
+#include "core/packed_bitmap.h"
+#include "render/foreign_bitmap.h"
+#include "render/image_view.h"
+
+#include <optional>
+
+using namespace veldran;
+using fuzz::mustHold;
+
+namespace {
+
+using Pixels = std::vector<ForeignBitmap::Pixel>;
+
+Pixels rowOf(const ForeignBitmap& bitmap, int y) {
+    Pixels row(static_cast<std::size_t>(bitmap.width()));
+    bitmap.readRow(y, 0, row);
+    return row;
+}
+
+void checkParts(const ForeignBitmap& bitmap, const Pixels& row, int y) {
+    const auto half = row.size() / 2;
+    Pixels part(row.size() - half);
+    bitmap.readRow(y, static_cast<int>(half), part);
+    mustHold(std::equal(part.begin(), part.end(), row.begin() + static_cast<std::ptrdiff_t>(half)),
+             "a part of a row is that part");
+}
+
+bool sameColour(const ForeignBitmap::Pixel& pixel, const std::uint8_t* blueGreenRed) {
+    return std::equal(blueGreenRed, blueGreenRed + 3, pixel.begin());
+}
+
+void compareWithView(const ConstImageView& view, const Pixels& row, int y) {
+    for (int x = 0; x < view.width; ++x) {
+        const ForeignBitmap::Pixel& pixel = row[static_cast<std::size_t>(x)];
+        if (view.bits == 1)
+            mustHold(sameColour(pixel, view.colourTable + 4 * (view.row(y)[x / 8] >> (7 - x % 8) & 1)),
+                     "a pixel of one bit is seen alike");
+        else
+            mustHold(sameColour(pixel, colourBytes(view, view.pixel(x, y))), "a pixel is seen alike");
+    }
+}
+
+// The bundled host always takes a whole colour table.
+std::optional<stage::Frame> unpacked(std::span<const std::uint8_t> block) {
+    try {
+        return stage::unpackBitmap(std::as_bytes(block), stage::OpacityByte::Unused);
+    } catch (const stage::Failure& failure) {
+        mustHold(failure.code() == stage::ExitCode::PluginFailed, "a damaged picture is the plugin's fault");
+        return std::nullopt;
+    }
+}
+
+void compareWithFrame(const stage::Frame& frame, const Pixels& row, int y) {
+    const std::uint8_t* from = frame.pixels.data() + static_cast<std::size_t>(y) * frame.rowBytes();
+    for (const ForeignBitmap::Pixel& pixel : row) {
+        const stage::Rgb colour =
+            frame.format == stage::PixelFormat::Indexed ? frame.palette[*from] : stage::Rgb{from[0], from[1], from[2]};
+        mustHold(pixel[0] == colour.blue && pixel[1] == colour.green && pixel[2] == colour.red,
+                 "the bundled host sees the same pixel");
+        from += stage::bytesPerPixel(frame.format);
+    }
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::span<const std::uint8_t> block(data, size);
+    const std::optional<ForeignBitmap> bitmap = ForeignBitmap::open(block);
+    const std::optional<ConstImageView> view = viewPackedBitmap(block);
+    const std::optional<stage::Frame> frame = unpacked(block);
+    mustHold(bitmap || !view, "what is one of ours is no worse from somebody else");
+    if (!bitmap)
+        return 0;
+    constexpr int kMostRows = 64; // a large picture takes long
+    for (int y = 0; y < std::min(bitmap->height(), kMostRows); ++y) {
+        const Pixels row = rowOf(*bitmap, y);
+        checkParts(*bitmap, row, y);
+        if (view)
+            compareWithView(*view, row, y);
+        if (frame)
+            compareWithFrame(*frame, row, y);
+    }
+    return 0;
+}

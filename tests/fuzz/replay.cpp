@@ -1,0 +1,105 @@
+// Runs every fuzz target over known bytes:
+//   replay FOLDER        FOLDER/TARGET holds the files of each
+//   replay TARGET FILE   one file, for instance one that the search found
+// In a folder each file is run whole, cut off at some places, and with a byte changed at others, always the same ones.
+// A failure names the bytes that led to it.
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <sanitizer/common_interface_defs.h>
+#include <string>
+#include <vector>
+
+#define FUZZ_TARGET(name) extern "C" int fuzz_##name(const std::uint8_t* data, std::size_t size);
+#include "targets.inc"
+#undef FUZZ_TARGET
+
+namespace {
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<std::uint8_t>;
+
+struct Target {
+    const char* name;
+    int (*run)(const std::uint8_t* data, std::size_t size);
+};
+
+constexpr Target kTargets[] = {
+#define FUZZ_TARGET(name) {#name, fuzz_##name},
+#include "targets.inc"
+#undef FUZZ_TARGET
+};
+
+constexpr int kChangedRuns = 300; // of a target, its files together
+
+// What is being run, for those who tell of a failure.
+std::string current;
+
+void tellCurrent() {
+    std::fprintf(stderr, "It failed with: %s\n", current.c_str());
+}
+
+Bytes bytesOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(stream), {});
+}
+
+void run(const Target& target, const Bytes& bytes, const std::string& what) {
+    current = what;
+    target.run(bytes.data(), bytes.size());
+}
+
+// A quarter of the runs has the front of the file, the others all of it with a byte changed.
+void runChanged(const Target& target, const Bytes& whole, const std::string& name, int runs) {
+    std::mt19937 random(1);
+    for (int i = 0; i < runs && !whole.empty(); ++i) {
+        Bytes changed = whole;
+        const std::size_t at = random() % whole.size();
+        const auto byte = static_cast<std::uint8_t>(random());
+        if (i % 4 == 0)
+            changed.resize(at);
+        else
+            changed[at] = byte;
+        run(target, changed,
+            name + (i % 4 == 0 ? " cut at " : " with byte " + std::to_string(byte) + " at ") + std::to_string(at));
+    }
+}
+
+// Whether there are files: each target must have some.
+bool runFolder(const Target& target, const fs::path& folder) {
+    std::vector<fs::path> files;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        files.push_back(entry.path());
+    for (const fs::path& file : files) {
+        const Bytes whole = bytesOf(file);
+        run(target, whole, file.string());
+        runChanged(target, whole, file.string(), kChangedRuns / static_cast<int>(files.size()));
+    }
+    std::printf("%s: %zu files\n", target.name, files.size());
+    std::fflush(stdout);
+    return !files.empty();
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    __sanitizer_set_death_callback(tellCurrent);
+    std::signal(SIGABRT, [](int) { tellCurrent(); });
+    bool isFound = count == 2;
+    for (const Target& target : kTargets) {
+        if (count == 2 && !runFolder(target, fs::path(words[1]) / target.name))
+            return 1;
+        if (count == 3 && std::string(words[1]) == target.name) {
+            run(target, bytesOf(words[2]), words[2]);
+            isFound = true;
+        }
+    }
+    if (!isFound)
+        std::fprintf(stderr, "replay FOLDER, or replay TARGET FILE\n");
+    return isFound ? 0 : 2;
+}
