@@ -303,12 +303,15 @@ void seedPngs() {
 // Sides, frames, plays; a frame is its delay, the number of its areas, and for each its place, content and four bytes.
 void seedAnimations() {
     for (std::uint8_t content = 0; content < 6; ++content) {
-        Bytes bytes = {12, 9, 2, 3, 0};
+        Bytes mixed = {12, 9, 2, 3, 0};
+        Bytes alone = {19, 19, 1, 3, 0}; // 400 pixels, for more colours than a palette has
         for (std::uint8_t frame = 0; frame < 3; ++frame) {
-            bytes.insert(bytes.end(), {7, 1, 0, 0, 19, 19, content, 9, 0x3F, 0, 0});
-            bytes.insert(bytes.end(), {frame, 2, 5, 4, static_cast<std::uint8_t>(frame + content), 50, 255, 1, 2});
+            mixed.insert(mixed.end(), {7, 2, 0, 0, 19, 19, content, 9, 0x3F, 0, 0});
+            mixed.insert(mixed.end(), {frame, 2, 5, 4, static_cast<std::uint8_t>(frame + content), 50, 255, 1, 2});
+            alone.insert(alone.end(), {7, 1, 0, 0, 19, 19, content, frame, 0x3F, 0, 0});
         }
-        seed("animation", "content " + std::to_string(content), bytes);
+        seed("animation", "content " + std::to_string(content), mixed);
+        seed("animation", "content " + std::to_string(content) + " alone", alone);
     }
 }
 
