@@ -122,6 +122,7 @@ void benchBuild(int effect) {
     options.outputs = {
         {stage::OutputFormat::Gif, stage::utf8FromPath(std::filesystem::temp_directory_path()) + "/veldran-bench.gif"}};
     std::vector<stage::RenderReport> reports;
+    reports.reserve(kRuns);
     for (int i = 0; i < kRuns; ++i)
         reports.push_back(stage::render(plugin, options));
     std::filesystem::remove(options.outputs[0].file.value());

@@ -14,7 +14,7 @@ int main(int argumentCount, char** argumentValues) try {
         return 0;
     }
     if (arguments.size() == 2 && std::string_view(arguments[0]) == "build") {
-        veldran::bench::benchBuild(std::atoi(arguments[1]));
+        veldran::bench::benchBuild(static_cast<int>(std::strtol(arguments[1], nullptr, 10)));
         return 0;
     }
 #endif

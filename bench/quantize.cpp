@@ -51,7 +51,7 @@ Choice readArguments(std::span<char*> arguments) {
         if (argument == "--dither")
             choice.dithering = Dithering::ErrorDiffusion;
         else if (argument == "--colours" && i + 1 < arguments.size())
-            choice.colours = std::atoi(arguments[++i]);
+            choice.colours = static_cast<int>(std::strtol(arguments[++i], nullptr, 10));
         else
             folders.emplace_back(argument);
     }
@@ -84,6 +84,7 @@ std::vector<Frame> readFrames(const fs::path& folder) {
             paths.push_back(entry.path());
     std::ranges::sort(paths);
     std::vector<Frame> frames;
+    frames.reserve(paths.size());
     for (const fs::path& path : paths)
         frames.push_back(readFrame(path));
     if (frames.empty())

@@ -18,7 +18,7 @@ using Sound = std::shared_ptr<std::vector<std::uint8_t>>;
 // Pairs of words whose samples `wave(i)` gives.
 template <class Wave>
 Sound stereo(std::size_t pairs, Wave wave) {
-    const Sound sound = std::make_shared<std::vector<std::uint8_t>>(pairs * sizeof(StereoPair));
+    Sound sound = std::make_shared<std::vector<std::uint8_t>>(pairs * sizeof(StereoPair));
     for (std::size_t i = 0; i < 2 * pairs; ++i) {
         const auto value = static_cast<std::int16_t>(wave(i));
         std::memcpy(sound->data() + i * sizeof value, &value, sizeof value);
@@ -28,7 +28,7 @@ Sound stereo(std::size_t pairs, Wave wave) {
 
 Stage measuring(const std::string& name, const Sound& sound, SoundMeasure measure, std::uint32_t frames) {
     const WaveFormat format{kPcmTag, 2, kRate, kRate * sizeof(StereoPair), sizeof(StereoPair), 16};
-    return {name, static_cast<double>(sound->size() / sizeof(StereoPair)), static_cast<double>(sound->size()),
+    return {name, static_cast<double>(sound->size()) / sizeof(StereoPair), static_cast<double>(sound->size()),
             static_cast<int>(frames),
             [=] { static_cast<void>(analyseSound(format, *sound, frames, measure, SoundScale::Normalised)); }};
 }

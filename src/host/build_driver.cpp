@@ -83,7 +83,7 @@ private:
 void AnimationBuild::askBackground() {
     const EffectDescriptor& effect = effectDescriptor(options_.effect);
     wish_.supercompress = options_.supercompress;
-    wish_.colour = effect.background != nullptr ? effect.background(dialog_, options_.transparent) : kNoColour;
+    wish_.colour = effect.background(dialog_, options_.transparent);
     wish_.transparent = options_.transparent && wish_.colour != kNoColour;
     wish_.background = wish_.transparent || (options_.maskBackground && wish_.colour != kNoColour);
 }
@@ -91,11 +91,8 @@ void AnimationBuild::askBackground() {
 bool AnimationBuild::renderFrames() {
     const EffectDescriptor& effect = effectDescriptor(options_.effect);
     clearProgress(host_);
+    // Once when the stage begins and once when the instrument does.
     showStatus(host_, "Building");
-    if (effect.build == nullptr) {
-        OutputDebugStringA((std::string("veldran1: no build entry yet: ") + effect.name + "\n").c_str());
-        return failMemory();
-    }
     showStatus(host_, "Building");
     BuildContext context{};
     context.dialog = dialog_;

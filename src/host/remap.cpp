@@ -71,7 +71,7 @@ std::uint8_t updateMaskByte(const ImageView& running, const ConstImageView& fram
             difference |= before[k] ^ now[k];
         unchanged |= difference == 0 ? 0x80 >> i : 0;
     }
-    std::memcpy(before, now, static_cast<std::size_t>(pixels * bytes));
+    std::memcpy(before, now, static_cast<std::size_t>(pixels) * static_cast<std::size_t>(bytes));
     return static_cast<std::uint8_t>(unchanged);
 }
 

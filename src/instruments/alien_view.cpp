@@ -72,6 +72,7 @@ void AlienView::drawSky(const ImageView& picture, const Terrain::Station& statio
     const double sunX = kSunColumn * width_;
     const double sunY = horizonAt(station, static_cast<int>(sunX)) - kSunHeight * height_;
     std::vector<int> horizon;
+    horizon.reserve(static_cast<std::size_t>(width_));
     for (int x = 0; x < width_; ++x)
         horizon.push_back(static_cast<int>(std::lround(horizonAt(station, x))));
     for (int y = 0; y < height_; ++y) {

@@ -58,6 +58,7 @@ void drawDrum(HDC dc, int pad, std::uint32_t pressureTenths) {
 
 void drawPointer(HDC dc, const std::vector<CanvasPoint>& outline, Colour colour) {
     std::vector<POINT> corners;
+    corners.reserve(outline.size());
     for (const CanvasPoint corner : outline)
         corners.push_back(pointOf(corner));
     fillPolygon(dc, corners, colour);

@@ -32,6 +32,7 @@ std::vector<BarSegment> barSegments(int width, int depth) {
     const int gap = pitch / 4;
     const int count = std::max((width + gap) / pitch, 1);
     std::vector<BarSegment> segments;
+    segments.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         segments.push_back({i * (width + gap) / count, (i + 1) * (width + gap) / count - gap});
     return segments;

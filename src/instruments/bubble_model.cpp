@@ -82,6 +82,7 @@ std::vector<BubblePlace> BubbleMotion::places(int frame) {
 std::vector<std::uint8_t> bubbleGreys(int diameter, int level) {
     const int rings = diameter / 2;
     std::vector<std::uint8_t> greys;
+    greys.reserve(static_cast<std::size_t>(rings));
     for (int k = 0; k < rings; ++k)
         greys.push_back(static_cast<std::uint8_t>(255 - towardsZero(static_cast<double>(k) / rings * level)));
     return greys;
@@ -94,6 +95,7 @@ TankGeometry tankGeometry(int width, int height) {
 
 std::vector<int> bevelFactors(int width, int depth) {
     std::vector<int> factors;
+    factors.reserve(static_cast<std::size_t>(width));
     for (int k = 0; k < width; ++k)
         factors.push_back(towardsZero(sineOfDegrees(static_cast<double>(k) / width * 90) * depth) - depth + 255);
     return factors;

@@ -23,15 +23,13 @@
 #include "settings/parameter_reader.h"
 
 #include <algorithm>
-#include <span>
-#include <string_view>
+#include <iterator>
 #include <vector>
 
 namespace veldran {
 namespace {
 
 struct Entries {
-    std::string_view name;
     int (*preview)(BuildContext* context);
     int (*build)(BuildContext* context);
     Colour (*background)(HWND dialog, int transparent);
@@ -39,33 +37,34 @@ struct Entries {
 };
 
 template <OpenSequence kOpen>
-constexpr Entries drawable(std::string_view name, Colour (*background)(HWND, int)) {
-    return {name, previewEntry<kOpen>, buildEntry<kOpen>, background, kOpen};
+constexpr Entries drawable(Colour (*background)(HWND, int)) {
+    return {previewEntry<kOpen>, buildEntry<kOpen>, background, kOpen};
 }
 
-// The instruments that can be drawn. One that is missing here has null entries, and the build driver refuses it.
+// In the order of the effect list.
 constexpr Entries kDrawable[] = {
-    drawable<openSpectrum>("Audio Spectrum", spectrumBackground),
-    drawable<openHorizontalVuMeter>("Digital VU Meter (horizontal)", horizontalVuMeterBackground),
-    drawable<openVerticalVuMeter>("Digital VU Meter (vertical)", verticalVuMeterBackground),
-    drawable<openAlienOverflight>("Alien Overflight", alienOverflightBackground),
-    drawable<openAltimeter>("Altimeter", altimeterBackground),
-    drawable<openBarGraph>("Bar Graph", barGraphBackground),
-    drawable<openRectangularVuMeter>("Analog VU Meter (rectangular)", rectangularVuMeterBackground),
-    drawable<openRoundVuMeter>("Analog VU Meter (round)", roundVuMeterBackground),
-    drawable<openBubbleChamber>("Bubble Chamber", bubbleChamberBackground),
-    drawable<openCountdown>("Countdown *", countdownBackground),
-    drawable<openDataPad>("Extraterrestrial Data Pad", countdownBackground),
-    drawable<openJacobsLadder>("Jacob's Ladder *", jacobsLadderBackground),
-    drawable<openLissajous>("Lissajous Figure", lissajousBackground),
-    drawable<openMagicEye>("Magic Eye *", magicEyeBackground),
-    drawable<openPlasmaArc>("Plasma Arc *", plasmaArcBackground),
-    drawable<openRadar>("Radar", radarBackground),
-    drawable<openTachometer>("Tachometer", tachometerBackground),
-    drawable<openSoundMap>("Sound Map", soundMapBackground),
-    drawable<openSoundScan>("Sound Scan", soundScanBackground),
-    drawable<openStopwatch>("Stopwatch *", stopwatchBackground),
+    drawable<openAlienOverflight>(alienOverflightBackground),
+    drawable<openAltimeter>(altimeterBackground),
+    drawable<openSpectrum>(spectrumBackground),
+    drawable<openRectangularVuMeter>(rectangularVuMeterBackground),
+    drawable<openRoundVuMeter>(roundVuMeterBackground),
+    drawable<openBarGraph>(barGraphBackground),
+    drawable<openBubbleChamber>(bubbleChamberBackground),
+    drawable<openCountdown>(countdownBackground),
+    drawable<openHorizontalVuMeter>(horizontalVuMeterBackground),
+    drawable<openVerticalVuMeter>(verticalVuMeterBackground),
+    drawable<openDataPad>(countdownBackground),
+    drawable<openJacobsLadder>(jacobsLadderBackground),
+    drawable<openLissajous>(lissajousBackground),
+    drawable<openMagicEye>(magicEyeBackground),
+    drawable<openPlasmaArc>(plasmaArcBackground),
+    drawable<openRadar>(radarBackground),
+    drawable<openTachometer>(tachometerBackground),
+    drawable<openSoundMap>(soundMapBackground),
+    drawable<openSoundScan>(soundScanBackground),
+    drawable<openStopwatch>(stopwatchBackground),
 };
+static_assert(std::size(kDrawable) == kEffectCount);
 
 struct Registry {
     std::array<std::vector<int>, kEffectCount> controls;
@@ -77,13 +76,10 @@ struct Registry {
             controls[i] = controlList(row);
             effects[i].name = row.name;
             effects[i].controls = controls[i].data();
-            const auto* entries = std::ranges::find(kDrawable, std::string_view(row.name), &Entries::name);
-            if (entries == std::end(kDrawable))
-                continue;
-            effects[i].preview = entries->preview;
-            effects[i].build = entries->build;
-            effects[i].background = entries->background;
-            effects[i].open = entries->open;
+            effects[i].preview = kDrawable[i].preview;
+            effects[i].build = kDrawable[i].build;
+            effects[i].background = kDrawable[i].background;
+            effects[i].open = kDrawable[i].open;
         }
     }
 };

@@ -23,10 +23,10 @@ struct BuildContext {
     const void* artwork;  // the instrument's locked artwork during one entry; set and cleared by the entry
 };
 
-// One instrument. Entries answer 1 on success and 0 on failure; `build` leaves what it has appended to the caller, who
-// frees the list. An entry may be null while the instrument cannot be drawn yet.
 class FrameSequence;
 
+// One instrument. Entries answer 1 on success and 0 on failure; `build` leaves what it has appended to the caller, who
+// frees the list. No entry is null.
 struct EffectDescriptor {
     const char* name;
     int (*preview)(BuildContext* context); // one representative frame

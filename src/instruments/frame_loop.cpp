@@ -84,7 +84,7 @@ GlobalBlock FrameSequence::renderFinished(int index) {
 }
 
 std::unique_ptr<FrameSequence> openFrames(OpenSequence open, HWND dialog, HostParams* host) {
-    std::unique_ptr<FrameSequence> sequence = open != nullptr ? open(dialog, host) : nullptr;
+    std::unique_ptr<FrameSequence> sequence = open(dialog, host);
     return sequence != nullptr && sequence->frames() > 0 ? std::move(sequence) : nullptr;
 }
 

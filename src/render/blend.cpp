@@ -57,7 +57,8 @@ __m128i readFourOpacities(const std::uint8_t* pixels) {
         return _mm_slli_epi32(four, 24);
     // The first pixel's low byte goes up three bytes; the second one's, the fourth of a half, goes up four.
     const __m128i first = _mm_and_si128(_mm_slli_epi32(four, 24), _mm_set_epi32(0, -1, 0, -1));
-    return _mm_or_si128(first, _mm_and_si128(_mm_slli_epi64(four, 32), _mm_set_epi32(-1 << 24, 0, -1 << 24, 0)));
+    constexpr int kHighest = static_cast<int>(0xFF000000);
+    return _mm_or_si128(first, _mm_and_si128(_mm_slli_epi64(four, 32), _mm_set_epi32(kHighest, 0, kHighest, 0)));
 }
 
 template <int ColourBits, int AlphaBits>

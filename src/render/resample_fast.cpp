@@ -143,6 +143,7 @@ struct Reciprocal {
 
     explicit Reciprocal(std::uint64_t area) {
         const int bits = static_cast<int>(std::bit_width(256 * area * area - 1));
+        // NOLINTNEXTLINE(bugprone-misplaced-widening-cast): as wide before as after
         multiplier = _mm_set1_epi64x(static_cast<long long>((std::uint64_t{1} << bits) / area + 1));
         shift = _mm_cvtsi32_si128(bits);
         half = _mm_set1_epi64x(static_cast<long long>(area / 2));

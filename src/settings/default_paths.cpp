@@ -25,7 +25,7 @@ constexpr DefaultFile kDefaultFiles[] = {
 };
 
 std::string documentsPath(std::uint32_t hostFlags) {
-    const std::string folder = shellFolder(kDocumentsFolder);
+    std::string folder = shellFolder(kDocumentsFolder);
     if (folder.empty())
         return folder;
     const bool pngEditor = (hostFlags & kHostIsPngEditor) != 0;

@@ -4,6 +4,7 @@
 #include "settings/parameter.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace veldran {
 namespace {
@@ -67,7 +68,7 @@ int readChoiceNumber(HWND dialog, int controlId) {
     std::string text(static_cast<std::size_t>(length) + 1, '\0');
     SendDlgItemMessageA(dialog, controlId, CB_GETLBTEXT, static_cast<WPARAM>(chosen),
                         reinterpret_cast<LPARAM>(text.data()));
-    return std::atoi(text.c_str());
+    return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
 }
 
 int readChoicePosition(HWND dialog, int controlId) {

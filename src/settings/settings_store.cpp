@@ -24,8 +24,9 @@ std::string settingsPath() {
 // "Sat Nov 14 14:41:00 2026", English whatever the locale.
 std::string localTimestamp() {
     const std::time_t now = std::time(nullptr);
-    const std::tm* local = std::localtime(&now);
-    const char* text = local != nullptr ? std::asctime(local) : nullptr;
+    // Their results live in memory that the C run-time of Windows has for each thread.
+    const std::tm* local = std::localtime(&now);                         // NOLINT(concurrency-mt-unsafe)
+    const char* text = local != nullptr ? std::asctime(local) : nullptr; // NOLINT(concurrency-mt-unsafe)
     return text != nullptr ? std::string(text).substr(0, 24) : std::string(24, ' ');
 }
 

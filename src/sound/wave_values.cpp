@@ -46,9 +46,8 @@ public:
         }
         ++size_;
     }
+    // At least one value has been added.
     void finish() {
-        if (size_ == 0)
-            return;
         values_.push_back(lowFirst_ ? low_ : high_);
         values_.push_back(lowFirst_ ? high_ : low_);
         size_ = 0;

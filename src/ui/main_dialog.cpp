@@ -64,7 +64,6 @@ void schedulePreview(HWND dialog) {
 void showSelectedEffect(HWND dialog) {
     stopSounds();
     showSelectedPanel(dialog);
-    EnableWindow(GetDlgItem(dialog, kControlPlay), effectDescriptor(selectedEffect(dialog)).open != nullptr);
     schedulePreview(dialog);
 }
 

@@ -89,27 +89,19 @@ Preview::~Preview() = default;
 
 void Preview::render(HWND dialog, HostParams* host, int effect) {
     stop();
-    const EffectDescriptor& descriptor = effectDescriptor(effect);
     image_.reset();
-    if (descriptor.preview != nullptr) {
-        BuildContext context = contextFor(dialog, host);
-        descriptor.preview(&context);
-        image_.reset(context.previewImage);
-    }
+    BuildContext context = contextFor(dialog, host);
+    effectDescriptor(effect).preview(&context);
+    image_.reset(context.previewImage);
     summarize(dialog, host, effect);
     if (summary_.empty())
-        explain(descriptor, missingFile(dialog, effect));
+        explain(missingFile(dialog, effect));
     InvalidateRect(GetDlgItem(dialog, kControlPreview), nullptr, FALSE);
 }
 
 // Tells why there is no animation: in the area, or below a picture that can be drawn all the same.
-void Preview::explain(const EffectDescriptor& descriptor, const std::string& missing) {
-    if (!missing.empty())
-        message_ = missing;
-    else if (descriptor.preview == nullptr)
-        message_ = "This instrument cannot be drawn yet.";
-    else
-        message_ = "The preview cannot be drawn.";
+void Preview::explain(const std::string& missing) {
+    message_ = missing.empty() ? "The preview cannot be drawn." : missing;
     if (image_) {
         summary_ = message_;
         std::ranges::replace(summary_, '\n', ' '); // the line below a picture is one

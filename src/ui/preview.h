@@ -37,7 +37,7 @@ public:
 private:
     bool showFrame(HWND dialog);
     unsigned delayOf(const HostParams* host, int index) const;
-    void explain(const EffectDescriptor& descriptor, const std::string& missing);
+    void explain(const std::string& missing);
     void summarize(HWND dialog, HostParams* host, int effect);
 
     GlobalBlock image_;

@@ -143,6 +143,7 @@ std::vector<Pixel> ColourCount::byFrequency() const {
         return a.second != b.second ? a.second > b.second : a.first < b.first;
     });
     std::vector<Pixel> colours;
+    colours.reserve(sorted.size());
     for (const auto& entry : sorted)
         colours.push_back(entry.first);
     return colours;

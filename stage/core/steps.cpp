@@ -57,7 +57,7 @@ bool writeSteps(std::span<const Step> steps, const PictureAt& pictureAt, const W
         const bool isLast = i + 1 == steps.size();
         Picture next = isLast ? Picture{} : pictureAt(steps[i + 1].frame);
         write(steps[i], picture, isLast ? nullptr : &next);
-        picture = std::move(next);
+        picture = std::move(next); // NOLINT(clang-analyzer-cplusplus.Move): another one each time round
     }
     return true;
 }

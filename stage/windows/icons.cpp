@@ -75,6 +75,7 @@ private:
     // A pen with round ends for the scope's life.
     struct Drawing {
         Drawing(HDC dc, int width)
+            // NOLINTNEXTLINE(misc-redundant-expression): choices whose number is 0 are named all the same
             : pen(ExtCreatePen(PS_GEOMETRIC | PS_SOLID | PS_ENDCAP_ROUND | PS_JOIN_MITER, static_cast<DWORD>(width),
                                brush(), 0, nullptr)),
               selected(dc, pen.get()) {}

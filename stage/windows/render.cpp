@@ -83,7 +83,7 @@ std::optional<std::string> markersFor(const EffectCatalog& catalog, const Render
         throw Failure(ExitCode::WrongUsage, "\"" + effect.name + "\" has no markers.");
     if (!beginning.markers)
         return std::nullopt;
-    const auto encoded = systemFromUtf8(*beginning.markers);
+    auto encoded = systemFromUtf8(*beginning.markers);
     if (!encoded)
         throw Failure(ExitCode::WrongUsage, "The markers hold letters that the system's code page lacks.");
     return encoded;

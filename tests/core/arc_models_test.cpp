@@ -165,6 +165,18 @@ TEST(LightLayer, LinesAddUpAndJointsAreNoBrighter) {
     EXPECT_TRUE(picture.paddingIsWhole());
 }
 
+TEST(LightLayer, APointIsALineWithoutLength) {
+    Raster picture(21, 21, 24);
+    std::ranges::fill(picture.bytes, std::uint8_t{0});
+    LightLayer light(21, 21);
+    light.addLine({}, kPlain, 1);
+    light.addLine(std::vector<LightPoint>{{10.5, 10.5}}, kPlain, 1);
+    light.shineOn(picture.view, {0, 0, 21, 21}, 100);
+    EXPECT_NEAR(blueAt(picture, 10, 10), 200, 1);
+    for (const auto& [x, y] : {std::pair{7, 10}, {13, 10}, {10, 7}, {10, 13}})
+        EXPECT_EQ(blueAt(picture, x, y), 0);
+}
+
 TEST(LightLayer, LinesThinAndLeaveThePictureAndAreNeverDotted) {
     Raster picture(60, 21, 24);
     std::ranges::fill(picture.bytes, std::uint8_t{0});

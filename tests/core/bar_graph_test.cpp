@@ -107,6 +107,10 @@ TEST(ForeignBitmap, EveryDepthAndOrderIsRead) {
     const Bytes wideGreen{0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0x1F, 0, 0, 0};
     EXPECT_EQ(readAll(blockOf({16, 1, 1, 3}, joined(wideGreen, {0xE0, 7, 0, 0}))),
               std::vector{(Pixel{0, 255, 0, 255})});
+    const Bytes noBlue{0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(readAll(blockOf({16, 1, 1, 3}, joined(noBlue, {0xFF, 0xFF, 0, 0}))),
+              std::vector{(Pixel{0, 255, 255, 255})});
+    EXPECT_TRUE(readAll(blockOf({16, 1, 1, 3}, Bytes(11))).empty()); // masks that are cut off
     const Bytes swapped{0xFF, 0, 0, 0, 0, 0xFF, 0, 0, 0, 0, 0xFF, 0, 0, 0, 0, 0x80};
     EXPECT_EQ(readAll(blockOf({32, 1, 1, 6}, joined(swapped, {1, 2, 3, 0x80}))), std::vector{(Pixel{3, 2, 1, 255})});
     EXPECT_EQ(readAll(blockOf({32, 1, 1, 3, 0, 56}, joined(swapped, {1, 2, 3, 0x7F}))),
@@ -148,6 +152,14 @@ TEST(ForeignBitmap, TruncatedBlocksAreRefused) {
     }
     for (std::size_t size = 0; size < 40; ++size)
         EXPECT_FALSE(ForeignBitmap::open(Bytes(size, 40)));
+}
+
+TEST(BarGraphModel, BorderAndPaddingLieAroundTheBar) {
+    const BarGraphGeometry g = barGraphGeometry({100, 20, 2, BarType::Solid, 3, 5, 50});
+    EXPECT_TRUE(g.width == 116 && g.height == 36);
+    EXPECT_EQ(g.padded, (CanvasRect{3, 3, 113, 33}));
+    EXPECT_EQ(g.bar, (CanvasRect{8, 8, 108, 28}));
+    EXPECT_DOUBLE_EQ(g.radius, 9);
 }
 
 } // namespace

@@ -77,5 +77,11 @@ TEST(BubbleModel, ShadesOfSpritesAndBevels) {
     EXPECT_EQ((std::array{tank.sideBevel, tank.endBevel, tank.corner}), (std::array{30, 7, 20}));
 }
 
+TEST(BubbleModel, BevelsRiseFromTheirDepthToTheWholePicture) {
+    // 255 - 100 at the border, then up by the sine of equal steps, 30 and 60 degrees, cut off.
+    EXPECT_EQ(bevelFactors(3, 100), (std::vector{155, 204, 241}));
+    EXPECT_TRUE(bevelFactors(0, 100).empty());
+}
+
 } // namespace
 } // namespace veldran

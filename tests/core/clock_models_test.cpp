@@ -92,5 +92,28 @@ TEST(ClockModels, RealTimeIsInTheHostsUnit) {
               (std::array<std::uint32_t, 7>{10, 100, 100, 1000, 100, 1000, 7}));
 }
 
+TEST(CountdownModel, BezelGoesInwardsAndDarkens) {
+    CountdownGeometry geometry{};
+    geometry.width = 200;
+    geometry.height = 100;
+    geometry.bezelLine = 2;
+    const CountdownBezel bezel = countdownBezel(geometry, 9, makeColour(100, 100, 100));
+    EXPECT_EQ(bezel.outer[0].rect, (CanvasRect{0, 0, 198, 98}));
+    EXPECT_EQ(bezel.outer[0].colour, makeColour(66, 66, 66));
+    EXPECT_EQ(bezel.outer[1].rect, (CanvasRect{2, 2, 196, 96}));
+    ASSERT_GE(bezel.rings.size(), 2u);
+    EXPECT_EQ(bezel.rings[0].corners, (CanvasRect{4, 4, 194, 94}));
+    for (std::size_t i = 1; i < bezel.rings.size(); ++i) {
+        const BevelRing& ring = bezel.rings[i];
+        EXPECT_EQ(ring.corners.left, bezel.rings[i - 1].corners.left + 2);
+        EXPECT_EQ(ring.corners.bottom, bezel.rings[i - 1].corners.bottom - 2);
+        EXPECT_LT(redOf(ring.topLeft), redOf(bezel.rings[i - 1].topLeft));
+        EXPECT_LT(redOf(ring.bottomRight), redOf(bezel.rings[i - 1].bottomRight));
+        EXPECT_GT(redOf(ring.bottomRight), redOf(ring.topLeft));
+    }
+    EXPECT_EQ(bezel.inner.rect.left, bezel.rings.back().corners.left + 2);
+    EXPECT_TRUE(countdownBezel(geometry, 0, makeColour(100, 100, 100)).rings.empty());
+}
+
 } // namespace
 } // namespace veldran

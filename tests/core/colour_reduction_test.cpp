@@ -1,5 +1,6 @@
 // From true colour to palette images: adaptive palettes, reserved slots, remapping, dithering, change masks.
 // Random pictures come from a generator whose numbers the C++ standard fixes, so every run sees the same ones.
+#include "host/colour_histogram.h"
 #include "host/palette_plan.h"
 #include "host/quantizer.h"
 #include "host/remap.h"
@@ -378,6 +379,44 @@ TEST(ChangeMask, FramesOfAllSizesAreRebuilt) {
         }
         EXPECT_GT(unchanged, 30); // the masks do say something
     }
+}
+
+// Of more colours than wanted, the means of ever larger cubes: 1, 2, 4 and 8 levels a side, and no larger ones.
+TEST(ColourHistogram, TakesNeighboursTogetherUntilTheyAreFewEnough) {
+    Animation animation;
+    animation.add(64, 64, 24, [](int i) { return makeColour(i % 16, i / 16 % 16, i / 256); });
+    ColourHistogram histogram;
+    histogram.count(animation.frames);
+    for (const auto& [most, points] : {std::pair{4096, 4096}, {4095, 512}, {511, 64}, {63, 8}, {7, 8}}) {
+        const std::vector<ColourPoint> found = histogram.points(static_cast<std::size_t>(most));
+        EXPECT_EQ(found.size(), static_cast<std::size_t>(points));
+        float weight = 0;
+        float red = 0;
+        for (const ColourPoint& point : found) {
+            weight += point.weight;
+            red += point.weight * point.place[0];
+        }
+        EXPECT_EQ(weight, 4096);
+        EXPECT_FLOAT_EQ(red / weight, 7.5f) << most;
+    }
+}
+
+// Sixteen pixels at once where they are alike, and the odd ones around them one by one.
+TEST(ChangeMask, LongRunsSayTheSame) {
+    for (const int bits : {24, 32})
+        for (const int width : {16, 31, 32, 47, 100}) {
+            Picture running(width, 1, bits, distinctColour);
+            const int changed = width - 12;
+            const Picture frame(width, 1, bits, [&](int i) { return i == changed ? 0x123456u : distinctColour(i); });
+            Picture mask(width, 1, 1);
+            updateChangeMask(running.view(), frame.view(), mask.view());
+            Picture target(width, 1, 8);
+            fillUnchanged(target.view(), mask.view(), 9);
+            std::vector<int> wanted(static_cast<std::size_t>(width), 9);
+            wanted[static_cast<std::size_t>(changed)] = 0;
+            EXPECT_EQ(target.indices(), wanted) << bits << ' ' << width;
+            EXPECT_EQ(running.at(changed, 0), 0x123456u);
+        }
 }
 
 TEST(ReservedSlot, ReceivesWhatTheMaskOrTheColourSays) {

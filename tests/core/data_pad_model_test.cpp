@@ -118,5 +118,26 @@ TEST(DataPadModel, OrbRunsThroughTheCycle) {
     EXPECT_EQ(orbRings(0, 0)[29].colour, colourCycle(246 / 128.0));
 }
 
+TEST(DataPadModel, LampsCountAndMarksRunInTheirTurn) {
+    const DataPadColours colours = dataPadColours(makeColour(200, 100, 0), makeColour(0, 100, 200), 20);
+    const std::array<FilledRect, 9> lamps = frameLamps(colours, 0x105);
+    for (std::size_t i = 0; i < lamps.size(); ++i)
+        EXPECT_EQ(lamps[i].colour, i == 0 || i == 2 || i == 8 ? colours.counter : colours.counterOff) << i;
+    EXPECT_EQ(lamps[8].area, (CanvasRect{258, 670, 270, 686}));
+    EXPECT_EQ(frameLamps(colours, 0x305), lamps); // the tenth bit has no lamp
+    const std::array<FilledRect, 2> light = runningLight(colours, 11);
+    EXPECT_EQ(light[0], (FilledRect{{98, 718, 350, 734}, colours.counterDark}));
+    EXPECT_EQ(light[1], (FilledRect{{318, 718, 330, 734}, colours.counter}));
+    EXPECT_EQ(runningLight(colours, 12)[1].area.left, 98);
+    EXPECT_EQ(stepMarker(3), (CanvasRect{14, 368, 26, 380}));
+    EXPECT_EQ(stepMarker(4).top, 320);
+    EXPECT_EQ(blinkMark(2), (std::array<CanvasPoint, 4>{{{20, 283}, {29, 292}, {20, 301}, {11, 292}}}));
+    EXPECT_EQ(blinkMark(3)[0], (CanvasPoint{20, 399}));
+    const std::array<Colour, 128> shades = caseShades(makeColour(255, 128, 0));
+    EXPECT_EQ(shades[0], makeColour(0, 0, 0));
+    EXPECT_EQ(shades[127], makeColour(254, 127, 0));
+    EXPECT_EQ(shades[64], makeColour(128, 64, 0));
+}
+
 } // namespace
 } // namespace veldran

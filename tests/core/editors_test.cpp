@@ -23,6 +23,7 @@ TEST(DataPoints, AreReadUpToTheFirstMalformedOne) {
         {"0,640;;100,640", "0,640"},
         {"99999999999,1", "2147483647,1"},
         {";", ""},
+        {"0,640;14,metres;100,640", "0,640"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(formatDataPoints(parseDataPoints(c.text)), c.read) << c.text;
@@ -50,6 +51,13 @@ TEST(DataPoints, AreOrderedBeforeTheyAreEdited) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(formatDataPoints(editableDataPoints(parseDataPoints(c.text))), c.editable) << c.text;
+}
+
+TEST(DataPoints, StayWithinWhatAListHolds) {
+    std::vector<DataPoint> many(30);
+    for (int i = 0; i < 30; ++i)
+        many[static_cast<std::size_t>(i)] = {3 * i, i};
+    EXPECT_EQ(editableDataPoints(many).size(), 24u);
 }
 
 TEST(DataPoints, KeepTheirOrderAndEndsWhateverIsDone) {

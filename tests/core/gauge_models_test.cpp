@@ -88,5 +88,34 @@ TEST(AltimeterModel, DrumShowsThePressureAndItsNeighbours) {
     EXPECT_EQ(altimeterDrum(0, UINT32_MAX)[2].text, " 429496729.6");
 }
 
+// A pointer is as wide to the left as to the right, its tip points where its angle says, and a full turn and the margin
+// only move it.
+TEST(AltimeterModel, PointersAndHubStandAboutThePivot) {
+    const AltimeterPointers up = altimeterPointers(0, {0, 0, 0});
+    const AltimeterPointers right = altimeterPointers(10, {90, 450, -270});
+    const std::vector<CanvasPoint>* const pairs[][2] = {
+        {&up.hundreds, &right.hundreds}, {&up.thousands, &right.thousands}, {&up.tenThousands, &right.tenThousands}};
+    int reach = 400;
+    for (const auto& [upright, turned] : pairs) {
+        const std::size_t corners = upright->size();
+        EXPECT_EQ(upright->front().x, 384);
+        EXPECT_LT(384 - upright->front().y, reach); // the longest first
+        reach = 384 - upright->front().y;
+        EXPECT_EQ(turned->front(), (CanvasPoint{394 + reach, 394}));
+        for (std::size_t i = 1; i < corners; ++i) {
+            EXPECT_EQ((*upright)[i].x + (*upright)[corners - i].x, 2 * 384);
+            EXPECT_EQ((*upright)[i].y, (*upright)[corners - i].y);
+            EXPECT_EQ((*turned)[i], (CanvasPoint{394 + 384 - (*upright)[i].y, 394 + (*upright)[i].x - 384}));
+        }
+    }
+    const std::array<HubDisc, 12> hub = altimeterHub(7);
+    EXPECT_EQ(hub[0].colour, makeColour(200, 200, 200));
+    EXPECT_EQ(hub[11].colour, makeColour(31, 31, 31));
+    for (const HubDisc& disc : hub)
+        EXPECT_EQ(disc.box.left + disc.box.right, 2 * (384 + 7));
+    EXPECT_EQ(hub[0].box.right - hub[0].box.left, 88);
+    EXPECT_EQ(hub[11].box.bottom - hub[11].box.top, 44);
+}
+
 } // namespace
 } // namespace veldran

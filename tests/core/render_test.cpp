@@ -309,5 +309,34 @@ TEST(Blend, AlphaIsTheLowByteOfTheOtherImage) {
             }
 }
 
+TEST(Layers, InvertingLeavesWhatIsMissingTo255) {
+    Raster image(2, 2, 24, RowOrder::BottomUp);
+    image.setRow(0, {0, 1, 2, 253, 254, 255});
+    invertImage(image.view);
+    EXPECT_EQ(image.row(0), (Bytes{255, 254, 253, 2, 1, 0}));
+    EXPECT_EQ(image.row(1), Bytes(6, 255 - kPadding));
+    EXPECT_TRUE(image.paddingIsWhole());
+}
+
+TEST(Blend, CheckerboardShowsThroughByOpacity) {
+    Raster picture(9, 9, 32);
+    picture.setRow(0, {9, 9, 9, 0, 9, 9, 9, 255, 55, 155, 255, 128, 0, 0, 0, 0, 0, 0,
+                       0, 0, 0, 0, 0, 0, 0, 0,   0,  0,   0,   0,   0, 0, 9, 9, 9, 0});
+    picture.setRow(8, Bytes(36, 0));
+    Raster target(9, 9, 24);
+    blendOverCheckerboard(picture.view, target.view);
+    const Bytes row = target.row(0);
+    EXPECT_EQ(Bytes(row.begin(), row.begin() + 9), (Bytes{255, 255, 255, 9, 9, 9, 154, 204, 255})); // cut off
+    EXPECT_EQ(Bytes(row.begin() + 24, row.end()), Bytes(3, 204));
+    EXPECT_EQ(target.row(8)[0], 204);
+    EXPECT_EQ(target.row(8)[24], 255);
+}
+
+TEST(Resample, LengthsAreRoundedAndNeverOverflow) {
+    for (const auto& [length, percent, scaled] :
+         {std::array{150, 33, 50}, {5, 10, 1}, {4, 10, 0}, {7, 0, 0}, {7, -5, 0}, {INT32_MAX, 1000, INT32_MAX}})
+        EXPECT_EQ(scaledLength(length, percent), scaled) << length << ' ' << percent;
+}
+
 } // namespace
 } // namespace veldran

@@ -95,5 +95,62 @@ TEST(BeamLight, DarkTracesAreNeverWhiteAndBordersHold) {
     EXPECT_LT(green(screen, 6, 6), 30);
 }
 
+// Of two sides each is written in its half, full scale just inside; moments that are silent are a level line.
+TEST(ScopeWave, EverySideHasItsLane) {
+    EXPECT_FLOAT_EQ(waveLane(100, 0, 2).middle, 24.5f);
+    EXPECT_FLOAT_EQ(waveLane(100, 1, 2).middle, 74.5f);
+    EXPECT_FLOAT_EQ(waveLane(100, 0, 1).reach, 47);
+    const Bytes samples = words({32767, 0, 32767, 0, 32767, 0});
+    const WaveValues wave(pcm(2, 16), samples, SoundChannels::Stereo, SoundScale::Raw);
+    for (const std::size_t count : {3u, 1u, 0u}) { // of no moment: silence on both sides
+        BeamLight light(30, 60);
+        writeWave(light, wave, SoundChannels::Stereo, 0, count, 4);
+        Raster screen(30, 60, 24);
+        std::ranges::fill(screen.bytes, std::uint8_t{0});
+        light.show(screen.view, 0, 0, 0x000000, 0x00FF00, Bytes(30, 255));
+        for (int y = 0; y < 60; ++y) {
+            const bool loud = count > 0 && (y == 0 || y == 1);
+            const bool level = y == 44 || y == 45 || (count == 0 && (y == 14 || y == 15));
+            EXPECT_EQ(green(screen, 15, y) > 0, loud || level) << count << " at " << y;
+        }
+    }
+}
+
+TEST(ScopeWave, DemonstrationIsASoundThatSwells) {
+    const std::vector<std::uint8_t> samples = demonstrationSamples();
+    const WaveValues wave(demonstrationFormat(), samples, SoundChannels::Stereo, SoundScale::Raw);
+    ASSERT_EQ(wave.size(), 1200u);
+    EXPECT_EQ(wave.read(0, 0, 1200, 600).size(), 600u); // two values of every four moments
+    for (const int side : {0, 1}) {
+        const auto loudest = [&](std::size_t first) {
+            const std::vector<float> values = wave.read(side, first, 100, 100);
+            return *std::ranges::max_element(values);
+        };
+        EXPECT_TRUE(loudest(150) > 0.5f && loudest(150) < 1) << side;
+        EXPECT_TRUE(loudest(350) < 0.3f && loudest(550) > 0.4f && loudest(950) < loudest(150)) << side;
+    }
+}
+
+TEST(BeamSpot, IsWhiteWithinAndColouredAroundAndEnds) {
+    Raster screen(40, 40, 24);
+    std::ranges::fill(screen.bytes, std::uint8_t{0});
+    drawBeamSpot(screen.view, {20, 20}, 4, 0x000000, 0x00FF00);
+    const auto red = [&](int x, int y) { return screen.view.pixel(x, y)[2]; };
+    EXPECT_GT(red(20, 20), 200);
+    EXPECT_EQ(green(screen, 20, 20), 255);
+    EXPECT_EQ(red(20, 28), 0);
+    EXPECT_GT(green(screen, 20, 28), 20);
+    EXPECT_EQ(green(screen, 20, 33) + green(screen, 7, 20), 0);
+    const Bytes middle = screen.row(20);
+    drawBeamSpot(screen.view, {-3, 50}, 4, 0x000000, 0x00FF00); // half beyond the border
+    drawBeamSpot(screen.view, {1e6f, -1e6f}, 4, 0x000000, 0x00FF00);
+    EXPECT_EQ(screen.row(20), middle);
+    EXPECT_GT(green(screen, 0, 39), 0);
+    Raster paper(9, 9, 24);
+    std::ranges::fill(paper.bytes, std::uint8_t{250});
+    drawBeamSpot(paper.view, {4, 4}, 3, 0xFAFAFA, 0x101010); // darker than the screen: nothing turns white
+    EXPECT_LE(green(paper, 4, 4), 16);
+}
+
 } // namespace
 } // namespace veldran

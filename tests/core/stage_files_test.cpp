@@ -3,6 +3,7 @@
 #include "core/animation_reader.h"
 #include "core/animation_recorder.h"
 #include "core/animation_writer.h"
+#include "core/colours.h"
 #include "core/deflate.h"
 #include "core/failure.h"
 #include "core/lzw.h"
@@ -47,6 +48,12 @@ TEST(Lzw, EveryLengthAndWidthComesBack) {
         }
     const Bytes large = noise(60000, 8);
     EXPECT_EQ(expandLzw(compressLzw({large}, 8), 8, large.size()), large);
+    // Strings of a part that repeats are of no use in noise: the full table is given up.
+    Bytes changing(60000, 1);
+    for (std::size_t i = 0; i < 40000; ++i)
+        changing[i] = static_cast<std::uint8_t>(i * i / 900 % 5);
+    std::ranges::copy(noise(20000, 8), changing.begin() + 40000);
+    EXPECT_EQ(expandLzw(compressLzw({changing}, 8), 8, changing.size()), changing);
     // One colour: each string is one longer than the last and is used at once; 894 of them cover 894 * 895 / 2 = 400065
     // indices with at most 10 bits each.
     const Bytes flat(400000, 0);
@@ -79,8 +86,12 @@ TEST(Deflate, ZlibInflatesIt) {
     for (std::size_t i = 0; i < 20000; ++i)
         parts.push_back(static_cast<std::uint8_t>(200 + i * i % 41));
     cases.push_back(parts);
-    Bytes rare; // frequencies like Fibonacci's numbers make codes that are longer than allowed
-    for (std::size_t value = 0, count = 1, before = 1; value < 22; ++value) {
+    // A tail of frequencies like Fibonacci's numbers below 200 values that are equally frequent makes codes that are
+    // longer than allowed, and so little repeats that matches take nothing of it away.
+    Bytes rare = noise(40000, 8);
+    for (std::uint8_t& byte : rare)
+        byte %= 200;
+    for (std::size_t value = 200, count = 1, before = 1; value < 212; ++value) {
         rare.insert(rare.end(), count, static_cast<std::uint8_t>(value));
         before = std::exchange(count, count + before);
     }
@@ -184,6 +195,55 @@ TEST(StageFiles, EveryFormatShowsWhatItWasGiven) {
     }
 }
 
+// Frames whose colours fit a palette each, but not one together, lose nothing; a frame that something covers for a
+// moment costs next to nothing when it comes again; greys have a level to spare for what stays.
+TEST(StageFiles, PalettesAndPicturesOfAMoment) {
+    const auto painted = [](std::uint32_t side, const auto& colourAt) {
+        Animation animation;
+        animation.width = animation.height = side;
+        for (std::size_t frame = 0; frame < 3; ++frame) {
+            Picture picture{side, side, {}};
+            for (std::uint32_t i = 0; i < side * side; ++i)
+                picture.pixels.push_back(pixelOf(colourAt(frame, i)));
+            animation.frames.push_back(frameOf(picture));
+            animation.frames.back().delay = 50;
+        }
+        return animation;
+    };
+    const Bytes grain = noise(40 * 40, 7);
+    const Animation cases[] = {
+        painted(14,
+                [](std::size_t f, std::uint32_t i) {
+                    return Rgb{std::uint8_t(i), std::uint8_t(80 * f), 3};
+                }),
+        painted(40,
+                [&](std::size_t f, std::uint32_t i) {
+                    return f == 1 && i > 200 ? Rgb{255, 0, std::uint8_t(grain[i] / 2)} : Rgb{grain[i], 9, 9};
+                }),
+        painted(40, [&](std::size_t f, std::uint32_t i) {
+            const auto level = std::uint8_t(grain[i] + (f == 1 && i % 40 < 9 ? 1 : 0));
+            return Rgb{level, level, level};
+        })};
+    for (const Animation& animation : cases)
+        for (const OutputFormat format : kAnimated) {
+            const std::string name = std::string(formatName(format)) + " of " + std::to_string(&animation - cases);
+            const AnimationFile file = readBack(animation, format);
+            expectSameShow(animation, file.animation, name);
+            const bool comesAgain = &animation == &cases[1] && format == OutputFormat::Apng; // which takes back
+            EXPECT_TRUE(!comesAgain || file.stored.at(2).bytes * 4 < file.stored.at(0).bytes) << name;
+        }
+}
+
+TEST(StageFiles, StillsAndFramesOfNothing) {
+    Animation animation = animationOf(Content::Holes, 20, 20, 1);
+    for (const OutputFormat format : kAnimated)
+        expectSameShow(animation, readBack(animation, format).animation, "a still");
+    animation.frames.push_back(frameOf({20, 20, std::vector<Pixel>(400, kTransparentPixel)}));
+    animation.frames.back().delay = 30;
+    for (const OutputFormat format : kAnimated)
+        expectSameShow(animation, readBack(animation, format).animation, "and nothing");
+}
+
 TEST(StageFiles, OnlyWhatChangesIsStored) {
     // The patch of 9 x 7 moves by 2 and 1: from the first frame to the second it covers 11 x 8.
     const Animation animation = animationOf(Content::Few, 60, 50, 2);
@@ -258,6 +318,31 @@ TEST(StageFiles, GifOfManyColoursStaysClose) {
     }
     // 255 entries for a cube of 256 levels a side leave cells of about 40 levels, whose mean square error is 40^2 / 12.
     EXPECT_LT(error / static_cast<double>(wanted.pixels.size()), 140);
+}
+
+// More colours than are gone through one by one, down to cells of 8 levels; few colours need no cutting.
+TEST(StageColours, PalettesOfVeryManyAndVeryFew) {
+    PixelMap<std::uint64_t> counts;
+    for (int red = 0; red < 256; red += 4)
+        for (int green = 0; green < 256; green += 4)
+            for (int blue = 0; blue < 256; blue += 16)
+                counts[pixelOf({std::uint8_t(red), std::uint8_t(green), std::uint8_t(blue)})] = 1;
+    const std::vector<Pixel> palette = reducedPalette(counts, 8);
+    EXPECT_EQ(palette.size(), 8u);
+    NearestEntry nearest(palette);
+    double error = 0;
+    for (const auto& entry : counts) {
+        const int off = rgbOf(entry.first).green - rgbOf(palette[nearest.find(entry.first)]).green;
+        error += off * off;
+    }
+    // Eight boxes of equal volume have sides of 128 levels.
+    EXPECT_LT(error / static_cast<double>(counts.size()), 128.0 * 128 / 12 * 1.1);
+    PixelMap<std::uint64_t> few;
+    few[kTransparentPixel] = 5;
+    EXPECT_TRUE(reducedPalette(few, 4).empty());
+    few[pixelOf({1, 2, 3})] = 5;
+    few[pixelOf({9, 9, 9})] = 1;
+    EXPECT_EQ(reducedPalette(few, 4).size(), 2u);
 }
 
 TEST(StageTiming, HundredthsCarryTheRemainderAndBrowsersSlowDown) {
@@ -349,6 +434,51 @@ TEST(StageRecorder, TransparencyMeansHolesOrUnchanged) {
     }
 }
 
+// Differences whose palette changes, and frames smaller than the animation, become pictures of their own.
+TEST(StageRecorder, PutsFramesTogetherAcrossPalettesAndSizes) {
+    const auto grey = [](std::uint8_t level) { return pixelOf({level, level, level}); };
+    AnimationRecorder recorder(DelayUnit::Milliseconds);
+    recorder.announceDeltas();
+    recorder.begin({3, 1, 8, greys(), 3});
+    recorder.addFrame(indexedFrame({3, 3, 1}, std::uint8_t{3})); // holes of the first: the palette's first colour
+    Frame other = indexedFrame({3, 2, 3}, std::uint8_t{3});
+    other.palette[2] = {1, 2, 3};
+    recorder.addFrame(other);
+    recorder.addFrame(indexedFrame({7, 8}, {}));
+    const Animation animation = recorder.finish();
+    EXPECT_EQ(pictureOf(animation.frames.at(0)).pixels, (std::vector{grey(0), grey(0), grey(1)}));
+    EXPECT_EQ(pictureOf(animation.frames.at(1)).pixels, (std::vector{grey(0), pixelOf({1, 2, 3}), grey(1)}));
+    EXPECT_EQ(pictureOf(animation.frames.at(2)).pixels, (std::vector{grey(7), grey(8), kTransparentPixel}));
+    EXPECT_EQ(totalDelay(animation), 21u);
+}
+
+TEST(StageRecorder, NamesFilesAfterTheEffect) {
+    for (const auto& [effect, name] : {std::pair{"Analog VU Meter (round)", "analog-vu-meter-round"},
+                                       {"Plasma Arc *", "plasma-arc"},
+                                       {"Jacob's  Ladder", "jacobs-ladder"},
+                                       {" * ", "animation"}})
+        EXPECT_EQ(defaultFileName(effect), name);
+}
+
+TEST(StageRecorder, TellsWhetherAnythingIsTransparent) {
+    const auto shows = [](const Frame& frame) {
+        Animation animation;
+        animation.frames = {frame};
+        return hasTransparency(animation);
+    };
+    EXPECT_FALSE(shows(indexedFrame({1, 2}, {})));
+    EXPECT_FALSE(shows(indexedFrame({1, 2}, std::uint8_t{3})));
+    EXPECT_TRUE(shows(indexedFrame({1, 2}, std::uint8_t{2})));
+    EXPECT_FALSE(shows(frameOf({1, 1, {pixelOf({1, 2, 3})}})));
+    Frame opaque = indexedFrame({1, 2, 3}, {});
+    opaque.format = PixelFormat::Rgb; // one pixel of three bytes
+    EXPECT_FALSE(shows(opaque));
+    opaque.format = PixelFormat::Rgba;
+    opaque.pixels = {1, 2, 3, 255};
+    EXPECT_FALSE(shows(opaque));
+    EXPECT_TRUE(shows(frameOf({1, 1, {pixelOf({1, 2, 3}, 254)}})));
+}
+
 TEST(StageRecorder, WrongOrderAndWrongDataAreRefused) {
     const std::function<void(AnimationRecorder&)> faults[] = {
         [](auto& r) {
@@ -397,12 +527,26 @@ TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
     EXPECT_EQ(
         saveAnimation(animation, OutputFormat::Gif, {}, target_, [](std::size_t i, std::size_t) { return i < 2; }),
         std::nullopt);
+    const auto atOnce = [](std::size_t, std::size_t) { return false; };
+    EXPECT_EQ(saveAnimation(animation, OutputFormat::Png, {}, target_, atOnce), std::nullopt);
+    EXPECT_EQ(encodedSize(animation, OutputFormat::Apng, {}, atOnce), std::nullopt);
     EXPECT_THROW(saveAnimation({}, OutputFormat::Gif, {}, target_), Failure); // no frames
+    for (const auto& [width, height] : {std::pair{20u, 21u}, {65536u, 20u}, {20u, 0u}}) {
+        Animation wrong = animation;
+        wrong.width = width;
+        wrong.height = height;
+        EXPECT_THROW(saveAnimation(wrong, OutputFormat::Gif, {}, target_), Failure) << width;
+    }
     EXPECT_EQ(readFile(target_), "precious");
     EXPECT_EQ(fileCount(), 1u);
     const auto written = saveAnimation(animation, OutputFormat::Gif, {}, target_);
     EXPECT_EQ(written->bytes, std::filesystem::file_size(target_));
     EXPECT_EQ(written->bytes, encodedSize(animation, OutputFormat::Gif, {}));
+    // Counts near the start are written again once they are known.
+    MemorySink memory;
+    writeAnimation(animation, OutputFormat::Apng, {}, memory);
+    saveAnimation(animation, OutputFormat::Apng, {}, target_);
+    EXPECT_EQ(readFile(target_), std::string(memory.bytes().begin(), memory.bytes().end()));
     EXPECT_EQ(saveAnimation(animation, OutputFormat::Png, {}, folder_ / "a.b.png")->last, folder_ / "a.b-0003.png");
     EXPECT_EQ(fileCount(), 5u);
     for (const std::filesystem::path& wrong :
@@ -411,6 +555,18 @@ TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
     std::filesystem::permissions(target_, std::filesystem::perms::owner_read);
     EXPECT_THROW(saveAnimation(animation, OutputFormat::Gif, {}, target_), Failure); // its owner has protected it
     EXPECT_EQ(fileCount(), 5u);
+}
+
+TEST_F(StageTarget, FoldersAndFilesThatCannotBe) {
+    EXPECT_THROW(readFile(folder_), Failure);
+    EXPECT_THROW(readFile(folder_ / "missing"), Failure);
+    EXPECT_THROW(writeFile(folder_, "text"), Failure);
+    makeFolder(folder_ / "new" / "nested");
+    EXPECT_TRUE(std::filesystem::is_directory(folder_ / "new" / "nested"));
+    writeFile(target_, "text");
+    EXPECT_THROW(makeFolder(target_ / "inside"), Failure);
+    EXPECT_EQ(formatOfFile("radar"), std::nullopt);
+    EXPECT_EQ(formatOfFile("radar."), std::nullopt);
 }
 
 // Frames are compressed side by side; more of them than are taken at once.

@@ -52,6 +52,9 @@ std::optional<std::string> asItIs(std::string_view text) {
 TEST(StageCatalog, EffectsAreFoundByRowNameAndBeginning) {
     const EffectCatalog catalog = EffectCatalog::parse(kCatalog);
     EXPECT_EQ(catalog.testButton(), 48u);
+    const EffectCatalog withMarkers = EffectCatalog::parse(kCatalog + "markers\t15\n");
+    EXPECT_TRUE(withMarkers.hasMarkers(withMarkers.findEffect("radar")));
+    EXPECT_FALSE(withMarkers.hasMarkers(withMarkers.findEffect("7")));
     const struct {
         const char* wanted;
         std::uint32_t row;
@@ -115,6 +118,7 @@ TEST(StageValues, KindsAndRanges) {
                  {"MainDelay", "4294967295", "4294967295"},
                  {"MainDelay", "4294967296", nullptr},
                  {"MainRadarTrace", "#102030", "3153936"}, // 0x302010
+                 {"MainRadarTrace", "0x302010", "3153936"},
                  {"MainRadarTrace", "16777216", nullptr},
                  {"MainRadarTrace", "#+12345", nullptr},
                  {"MainRadarSize", "2", "2"},
@@ -197,6 +201,10 @@ TEST(StageArguments, AllOptions) {
     EXPECT_EQ(arguments.report, ReportStyle::Json);
     EXPECT_EQ(parseArguments(std::vector<std::string>{"render", "--loop", "--help"}).helpOn, Verb::Render);
     EXPECT_EQ(parseArguments(std::vector<std::string>{"inspect", "--json", "a b"}).file, "a b");
+    EXPECT_EQ(parseArguments(std::vector<std::string>{"help", "batch"}).helpOn, Verb::Batch);
+    EXPECT_EQ(parseArguments(std::vector<std::string>{"help"}).helpOn, std::nullopt);
+    EXPECT_EQ(parseArguments(std::vector<std::string>{"--help", "list"}).helpOn, Verb::List);
+    EXPECT_EQ(parseArguments(std::vector<std::string>{"list"}).verb, Verb::List);
 }
 
 TEST(StageArguments, MistakesAreNamed) {
@@ -218,6 +226,9 @@ TEST(StageArguments, MistakesAreNamed) {
                  {{"render", "--effect", "radar", "--matte", "grey"}, "#FFFFFF"},
                  {{"inspect"}, "wants a file"},
                  {{"batch", "a", "b"}, "takes one file"},
+                 {{"list", "radar"}, "nothing after it"},
+                 {{"render", "--effect", ""}, "empty value"},
+                 {{"render", "--effect", "radar", "--out", ""}, "empty value"},
                  {{"help", "me"}, "one verb"}};
     for (const auto& c : cases) {
         const std::string said = failureOf(ExitCode::WrongUsage, [&] { parseArguments(c.words); });
@@ -248,6 +259,54 @@ TEST(StageReport, JsonIsUtf8WhateverANameHolds) {
     }
 }
 
+TEST(StageArguments, EveryVerbTellsItsOptions) {
+    for (const auto& [verb, option] : {std::pair{Verb::List, "stage list"},
+                                       {Verb::Render, "--threshold"},
+                                       {Verb::Batch, "--json"},
+                                       {Verb::Inspect, "--json"},
+                                       {Verb::Help, "stage help"}})
+        EXPECT_TRUE(contains(usageText(verb), option)) << option;
+}
+
+// Of what failed, of batches, and of what browsers make of a file.
+TEST(StageReport, FailuresAndWarnings) {
+    EXPECT_EQ(failureJson(Failure(ExitCode::WrongUsage, "No \"x\".")),
+              "{\"error\":\"No \\\"x\\\".\",\"exit_code\":" + std::to_string(static_cast<int>(ExitCode::WrongUsage)) +
+                  "}\n");
+    const BatchFailure failures[] = {{3, "no such effect"}};
+    EXPECT_EQ(batchText(3, failures), "2 of 3 renders done\nline 3: no such effect\n");
+    EXPECT_EQ(batchJson(3, failures),
+              "{\"renders\":3,\"done\":2,\"failures\":[{\"line\":3,\"error\":\"no such effect\"}]}\n");
+    const PlayingTime slowed{20, 200, 2, 10, 2};
+    EXPECT_TRUE(contains(browserWarning({OutputFormat::Mng, "r.mng", 1, slowed}).value_or(""), "MNG"));
+    EXPECT_EQ(browserWarning({OutputFormat::Png, "r.png", 1, slowed}), std::nullopt);
+    EXPECT_EQ(browserWarning({OutputFormat::Gif, "r.gif", 1, {10, 100, 1, 10, 1}}), std::nullopt);
+    EXPECT_EQ(browserWarning({OutputFormat::Gif, "r.gif", 1, {40, 40, 0, 50, 2}}), std::nullopt);
+}
+
+TEST(StageReport, InspectionTellsEveryFrame) {
+    AnimationFile file;
+    file.format = OutputFormat::Apng;
+    file.animation.width = 30;
+    file.animation.height = 20;
+    file.animation.plays = 3;
+    file.animation.comment = "one\n\ntwo\x07";
+    file.animation.made = Remembered{"MainEffect = 15\n", "N,1,2\n"};
+    file.stored = {{0, 0, 30, 20, 100, Disposal::Restore, Blend::Replace, 0, 777},
+                   {4, 5, 6, 7, 10, Disposal::Keep, Blend::Over, 16, 88}};
+    const std::string text = inspectionText(file, "r.png", 1234);
+    for (const char* part : {"30x20", "3 times", "one\n", "two\n", "MainEffect = 15\n", "N,1,2\n",
+                             "    0       100     true       777  undone   replace  30x20+0+0\n",
+                             "    1        10       16        88  stays    over     6x7+4+5\n"})
+        EXPECT_TRUE(contains(text, part)) << part << " in " << text;
+    const std::string json = inspectionJson(file, "r.png", 1234);
+    for (const char* part :
+         {"\"plays\":3,", "\"comment\":\"one\\u000a\\u000atwo\\u0007\"", "\"markers\":\"N,1,2\\u000a\"",
+          "{\"delay_ms\":10,\"x\":4,\"y\":5,\"width\":6,\"height\":7,\"colours\":16,\"bytes\":88,"
+          "\"then\":\"stays\",\"drawn\":\"over\"}"})
+        EXPECT_TRUE(contains(json, part)) << part << " in " << json;
+}
+
 TEST(StageReport, ListSummaryAndProgress) {
     const std::string list = listText(EffectCatalog::parse(kCatalog));
     for (const char* part : {"15  Radar\n", " 7  Countdown *\n", "Analog Meter (round)\n", "#00FF00", "from 0 to 360",
@@ -256,6 +315,8 @@ TEST(StageReport, ListSummaryAndProgress) {
     EXPECT_LT(list.find("MainRadarAngle"), list.find("Options of every effect"));
     EXPECT_GT(list.find("MainDelay"), list.find("Options of every effect"));
 
+    EXPECT_TRUE(contains(listText(EffectCatalog::parse(kStart + "setting\tMainDelay\tinteger\t10\t5\t\t-\t\t\n")),
+                         "a whole number from 5\n"));
     RenderReport report{"Radar",
                         120,
                         100,
@@ -272,6 +333,8 @@ TEST(StageReport, ListSummaryAndProgress) {
         "\"browser_frames_per_second\":10}],\"warnings\":[],\"seconds_taken\":1.25,"
         "\"stages\":[{\"stage\":\"Building\",\"seconds\":0.5}],\"peak_memory_bytes\":4096}\n");
     EXPECT_TRUE(contains(browserWarning(report.files[0]).value_or(""), "in 9.00 s instead of 0.90 s: 90 of 90"));
+    report.warnings = {"slow"};
+    EXPECT_TRUE(contains(summaryJson(report), "\"warnings\":[\"slow\"]"));
     report.files[0].file = "radar.gif";
     EXPECT_EQ(summaryText(report), "file      radar.gif\nbytes     4321\nframes    90\nsize      120x100\n"
                                    "duration  0.90 s\ntaken     1.25 s\n");
@@ -283,6 +346,7 @@ TEST(StageReport, ListSummaryAndProgress) {
     // On a terminal the cursor stays in one line, which is empty at the end.
     ProgressText redrawn(ProgressStyle::RedrawnLine);
     std::string all = redrawn.showStatus("Building");
+    EXPECT_EQ(redrawn.showProgress(1, 0), ""); // nothing is known of the whole: the status stays
     for (int done = 0; done <= 1000; ++done)
         all += redrawn.showProgress(static_cast<std::uint64_t>(done), 1000);
     EXPECT_TRUE(contains(all, "Building        [##############################] 100 %"));

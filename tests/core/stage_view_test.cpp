@@ -144,6 +144,7 @@ TEST(ViewGeometry, FindsTheCellsOfTheStrip) {
     EXPECT_EQ(strip.firstSeen(), 1U);
     EXPECT_EQ(strip.endSeen(), 5U);
     EXPECT_EQ(strip.cellAt(0), 1U);
+    EXPECT_EQ(strip.left(1), -20);
     EXPECT_EQ(strip.cellAt(80), 2U);
     EXPECT_EQ(strip.scrollToShow(3), 150); // with the neighbour behind it
     EXPECT_EQ(strip.scrollToShow(2), 100); // with the one before it
@@ -165,6 +166,8 @@ TEST(ScreenPicture, EnlargesToSquaresAndAveragesWhenReducing) {
     // A transparent pixel lends no colour to its neighbour's mean, only its transparency.
     const Picture half{2, 1, {pixelOf({200, 100, 50}), kTransparentPixel}};
     EXPECT_EQ(resizedPicture(half, 1, 1).pixels, std::vector<Pixel>{pixelOf({200, 100, 50}, 128)});
+    EXPECT_EQ(resizedPicture({2, 1, {kTransparentPixel, kTransparentPixel}}, 1, 1).pixels,
+              std::vector<Pixel>{kTransparentPixel});
 }
 
 TEST(ScreenPicture, ShowsWhatIsBehindTransparency) {
@@ -221,12 +224,15 @@ TEST(Document, SaysWhatItIs) {
     EXPECT_EQ(frameText(0, 60), "Frame 1 of 60");
     EXPECT_EQ(playingTimeText({3050, 0, 0, 0}, 3), "3.05 s, 3 times");
     EXPECT_EQ(browserRateText(OutputFormat::Apng, {0, 0, 0, 12.34}), "Browsers: 12.3 frames/s");
+    EXPECT_EQ(browserRateText(OutputFormat::Mng, {}), "Not for browsers");
+    EXPECT_EQ(browserRateText(OutputFormat::Png, {}), "Still pictures");
     EXPECT_EQ(fileSizeText(OutputFormat::Gif, 1234567), "GIF: 1,234,567 bytes");
     EXPECT_EQ(fileSizeText(OutputFormat::Mng, 999), "MNG: 999 bytes");
     EXPECT_EQ(delayText(20, 20), "20 ms");
     EXPECT_EQ(delayText(10, 100), "10 ms \u2192 100 ms");
     EXPECT_EQ(shortSizeText(999), "999 B");
     EXPECT_EQ(shortSizeText(12345), "12.3 kB");
+    EXPECT_EQ(shortSizeText(12345678), "12.3 MB");
 }
 
 TEST(FileSizes, AreThoseOfTheFile) {

@@ -120,9 +120,10 @@ std::string sunrise() {
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x) {
             Light sum = starlight(night, x + 0.5, y + 0.5);
-            for (int i = 0; i < kPoints * kPoints; ++i)
-                sum = sum + scene(x + (i % kPoints + 0.5) / kPoints, y + (i / kPoints + 0.5) / kPoints) *
-                                (1.0 / (kPoints * kPoints));
+            for (int row = 0; row < kPoints; ++row)
+                for (int column = 0; column < kPoints; ++column)
+                    sum = sum +
+                          scene(x + (column + 0.5) / kPoints, y + (row + 0.5) / kPoints) * (1.0 / (kPoints * kPoints));
             for (const double light : {sum.red, sum.green, sum.blue})
                 file += static_cast<char>(byteOf(light));
         }

@@ -97,6 +97,7 @@ int wmain(int argc, wchar_t** argv) {
                      reinterpret_cast<LPARAM>(&place));
         window.show();
         takeAll(std::to_string(MulDiv(100, dpi, 96)), argv[2], argv[3]);
+        shown = nullptr;
     }
     return 0;
 }
