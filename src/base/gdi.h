@@ -2,7 +2,10 @@
 // canvas nobody calls SelectObject or DeleteObject.
 #pragma once
 
+#include "base/memory_reserve.h"
 #include "base/owner.h"
+
+#include <utility>
 
 #include <windows.h>
 
@@ -23,6 +26,15 @@ inline void deleteMemoryDc(HDC dc) {
     DeleteDC(dc);
 }
 using MemoryDc = Owner<HDC, deleteMemoryDc>;
+
+// An object that a picture cannot do without: throws std::bad_alloc when it could not be made. Without it the picture
+// would go out with a shape missing, and nobody would be told.
+template <class Object>
+Object required(Object object) {
+    if (!object)
+        throwOutOfMemory();
+    return object;
+}
 
 // Selects an object for the scope's life. Declare it after the owner of the object, so that it goes first.
 class Selected {

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
+#include <exception>
 #include <string>
 
 namespace veldran {
@@ -68,7 +68,7 @@ private:
     bool deliver();
     bool addFrames();
     void setBackground();
-    void fillTask();
+    bool fillTask();
 
     HWND dialog_;
     HostParams* host_;
@@ -140,16 +140,19 @@ bool AnimationBuild::remap() {
     return remapFrames(frames_, plan_, wish_, dithering(), host_) || failMemory();
 }
 
-void AnimationBuild::fillTask() {
-    const FrameSize largest = largestFrame(frames_);
+bool AnimationBuild::fillTask() {
+    const std::optional<FrameSize> largest = largestFrame(frames_);
+    if (!largest)
+        return failMemory();
     task_.size = sizeof task_;
     task_.version = kPluginInterfaceVersion;
     task_.owner = dialog_;
     task_.bitsPerPixel = static_cast<std::uint32_t>(plan_.depth);
-    task_.width = static_cast<std::uint32_t>(largest.width);
-    task_.height = static_cast<std::uint32_t>(largest.height);
+    task_.width = static_cast<std::uint32_t>(largest->width);
+    task_.height = static_cast<std::uint32_t>(largest->height);
     std::memcpy(task_.palette, plan_.palette.data(), sizeof task_.palette);
     task_.frameCount = static_cast<std::uint32_t>(frames_.count);
+    return true;
 }
 
 void AnimationBuild::setBackground() {
@@ -180,7 +183,8 @@ bool AnimationBuild::addFrames() {
 }
 
 bool AnimationBuild::deliver() {
-    fillTask();
+    if (!fillTask())
+        return false;
     const HostCommand create = kind_ == BuildKind::Test ? kHostCreateTestTask : kHostCreateTask;
     if (sendToHost(host_, nullptr, create, 0, reinterpret_cast<std::intptr_t>(&task_)) == 0)
         return fail("Error creating new task.");
@@ -202,7 +206,7 @@ bool buildAnimation(HWND dialog, HostParams* host, BuildKind kind) {
     bool done = false;
     try {
         done = AnimationBuild(dialog, host, kind).run();
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) { // std::bad_alloc as a rule
         showError(dialog, ErrorCode::Memory);
     }
     if (!done)

@@ -1,5 +1,6 @@
 // The library's entry and its two exports: thin shells that check what they are given and let nothing escape into the
 // host.
+#include "base/memory_reserve.h"
 #include "base/module.h"
 #include "base/visual_styles.h"
 #include "host/message_box.h"
@@ -81,6 +82,7 @@ int configureAndBuild(HWND parent, HostParams* params) {
     const Invocation invocation;
     if (params == nullptr || !invocation.isOnly())
         return 0;
+    const MemoryReserve reserve;
     if ((params->version >> 8 & 0xFF) < kLowestHostMajorVersion) {
         showMessage(parent, kHostTooOld);
         return 0;
@@ -99,6 +101,14 @@ int configureAndBuild(HWND parent, HostParams* params) {
     return opened ? 1 : 0;
 }
 
+// For a moment when there may be no memory for a message either.
+void tellOfFailure(HWND parent) noexcept {
+    try {
+        showError(parent, ErrorCode::Memory);
+    } catch (...) { // nothing more can be done
+    }
+}
+
 } // namespace
 } // namespace veldran
 
@@ -115,9 +125,11 @@ int PLUGIN16_CALL PLUGIN16GetPluginParams(PluginInfo* info) {
 }
 
 int PLUGIN16_CALL PLUGIN16DoBuild(void* parentWindow, HostParams* params) {
+    const HWND parent = static_cast<HWND>(parentWindow);
     try {
-        return veldran::configureAndBuild(static_cast<HWND>(parentWindow), params);
+        return veldran::configureAndBuild(parent, params);
     } catch (...) {
+        veldran::tellOfFailure(parent);
         return 0;
     }
 }

@@ -48,9 +48,10 @@ void fillColourTable(const LockedImage& image, const Palette& palette) {
     }
 }
 
-// Writes the reserved slot into a remapped frame and answers the frame's transparent index.
-std::uint32_t fillSlot(const FrameRecord& record, bool isFirst, const ImageView& source, const ImageView& target,
-                       const PalettePlan& plan, const SlotWish& wish) {
+// Writes the reserved slot into a remapped frame and answers the frame's transparent index; nothing when its mask
+// cannot be locked.
+std::optional<std::uint32_t> fillSlot(const FrameRecord& record, bool isFirst, const ImageView& source,
+                                      const ImageView& target, const PalettePlan& plan, const SlotWish& wish) {
     if (plan.slot < 0)
         return kNotTransparent;
     const auto slot = static_cast<std::uint8_t>(plan.slot);
@@ -60,8 +61,12 @@ std::uint32_t fillSlot(const FrameRecord& record, bool isFirst, const ImageView&
     }
     if (isFirst && wish.colour != kNoColour)
         mapColourToSlot(target, source, wish.colour, slot);
-    if (const LockedImage mask(record.changeMask); mask)
-        fillUnchanged(target, mask.view(), slot);
+    if (record.changeMask == nullptr)
+        return slot;
+    const LockedImage mask(record.changeMask);
+    if (!mask)
+        return std::nullopt;
+    fillUnchanged(target, mask.view(), slot);
     return slot;
 }
 
@@ -87,13 +92,17 @@ FrameAtWork beginFrame(const FrameRecord& record, const Palette& palette) {
     return frame;
 }
 
-// Replaces the record's image by what the frame has become.
-void finishFrame(FrameRecord& record, bool isFirst, FrameAtWork frame, const PalettePlan& plan, const SlotWish& wish) {
-    record.transparent = fillSlot(record, isFirst, frame.source.view(), frame.target.view(), plan, wish);
+// Replaces the record's image by what the frame has become; false leaves the record as it was.
+bool finishFrame(FrameRecord& record, bool isFirst, FrameAtWork frame, const PalettePlan& plan, const SlotWish& wish) {
+    const auto transparent = fillSlot(record, isFirst, frame.source.view(), frame.target.view(), plan, wish);
+    if (!transparent)
+        return false;
+    record.transparent = *transparent;
     const GlobalBlock old(record.image);
     record.image = frame.image.release();
     frame.source = LockedImage();
     frame.target = LockedImage();
+    return true;
 }
 
 } // namespace
@@ -141,10 +150,12 @@ bool remapFrames(FrameList& list, const PalettePlan& plan, const SlotWish& wish,
     int finished = 0;
     const auto finishUntil = [&](std::size_t left) {
         for (; open.size() > left; ++finished) {
-            finishFrame(records.begin()[finished], finished == 0, std::move(open.front()), plan, wish);
+            if (!finishFrame(records.begin()[finished], finished == 0, std::move(open.front()), plan, wish))
+                return false;
             open.pop_front();
             showProgress(host, finished, list.count);
         }
+        return true;
     };
     for (int next = 0; next < list.count;) {
         std::optional<RemapPair> before;
@@ -158,19 +169,21 @@ bool remapFrames(FrameList& list, const PalettePlan& plan, const SlotWish& wish,
             group.push_back(open.back().pair());
         }
         remapper.remap(group, before ? &*before : nullptr);
-        finishUntil(1);
+        if (!finishUntil(1))
+            return false;
     }
-    finishUntil(0);
-    return true;
+    return finishUntil(0);
 }
 
-FrameSize largestFrame(const FrameList& list) {
+std::optional<FrameSize> largestFrame(const FrameList& list) {
     FrameSize largest{0, 0};
     const LockedRecords records(list);
-    for (const FrameRecord* record = records.begin(); records && record != records.end(); ++record) {
-        const LockedImage image(record->image);
+    if (!records)
+        return std::nullopt;
+    for (const FrameRecord& record : records) {
+        const LockedImage image(record.image);
         if (!image)
-            continue;
+            return std::nullopt;
         largest.width = std::max(largest.width, image.view().width);
         largest.height = std::max(largest.height, image.view().height);
     }

@@ -8,6 +8,7 @@
 #include "render/frame_image.h"
 #include "render/frame_list.h"
 
+#include <optional>
 #include <vector>
 
 namespace veldran {
@@ -41,7 +42,7 @@ struct FrameSize {
     int height;
 };
 
-// The largest width and the largest height of all frames.
-FrameSize largestFrame(const FrameList& list);
+// The largest width and the largest height of all frames; nothing when one cannot be locked.
+std::optional<FrameSize> largestFrame(const FrameList& list);
 
 } // namespace veldran

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 
 namespace veldran {
@@ -63,9 +64,11 @@ int hubGrey(int disc) {
 
 constexpr CanvasRect kPressureWindow{570, 289, 750, 469};
 
-DrumText drumText(int pad, const char* format, double inches, CanvasPoint offset, int escapement) {
-    char text[32]; // ten digits at most before the point
-    std::snprintf(text, sizeof text, format, inches);
+// Whole numbers only: the runtime library prints fractions with memory whose lack it does not notice.
+DrumText drumText(int pad, const char* blanks, std::int64_t tenths, CanvasPoint offset, int escapement) {
+    char text[32]; // nine digits at most before the point
+    std::snprintf(text, sizeof text, "%s%s%lld.%lld", blanks, tenths < 0 ? "-" : "", std::llabs(tenths) / 10,
+                  std::llabs(tenths) % 10);
     const int x = pad + offset.x;
     const int y = pad + offset.y;
     return {text,
@@ -106,9 +109,9 @@ std::array<HubDisc, 12> altimeterHub(int pad) {
 
 // Tilted text turns about its upper left corner; the offsets bring the three columns of figures under each other.
 std::array<DrumText, 3> altimeterDrum(int pad, std::uint32_t pressureTenths) {
-    const double inches = pressureTenths / 10.0;
-    return {drumText(pad, "  %02.1f", inches, {2, 0}, 0), drumText(pad, " %02.1f", inches - 0.1, {7, -30}, 70),
-            drumText(pad, " %02.1f", inches + 0.1, {11, 30}, -70)};
+    const std::int64_t tenths = pressureTenths;
+    return {drumText(pad, "  ", tenths, {2, 0}, 0), drumText(pad, " ", tenths - 1, {7, -30}, 70),
+            drumText(pad, " ", tenths + 1, {11, 30}, -70)};
 }
 
 } // namespace veldran

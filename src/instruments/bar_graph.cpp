@@ -155,11 +155,13 @@ Colour barColour(const BarGraphScene& scene, const ConstImageView& image, double
     return shadedRow(s, s.parameters.type == BarType::Solid ? s.colours.left : gradientAt(s, column), y);
 }
 
-// The whole picture with a bar that is full or empty.
+// The whole picture with a bar that is full or empty; nothing when memory is exhausted.
 GlobalBlock paintBar(const BarGraphScene& scene, bool full) {
     const BarGraphGeometry& g = scene.geometry;
     const BarGraphParameters& p = scene.parameters;
     const LockedImage image(scene.image.get());
+    if (scene.image && !image)
+        return {};
     const ConstImageView pixels = image ? ConstImageView(image.view()) : ConstImageView();
     return paintedImage(g.width, g.height, scene.colours.panel, [&](const ImageView& picture) {
         const auto flat = [](Colour colour) { return [colour](double, double) { return Paint{colour}; }; };

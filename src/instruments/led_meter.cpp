@@ -136,7 +136,7 @@ Font instrumentFont(int height) {
 // The smallest box of whole output pixels that each of the texts fits into.
 template <class Texts>
 TextSize largestText(const Font& font, const Texts& texts, int unit) {
-    const MemoryDc dc(CreateCompatibleDC(nullptr));
+    const MemoryDc dc = required(MemoryDc(CreateCompatibleDC(nullptr)));
     const Selected selected(dc.get(), font.get());
     TextSize largest{0, 0};
     for (const std::string_view text : texts) {

@@ -20,7 +20,6 @@
 #include <cstring>
 #include <map>
 #include <memory>
-#include <new>
 #include <utility>
 
 namespace veldran {
@@ -151,22 +150,19 @@ RECT labelBox(CanvasPoint centre, CanvasPoint marker, SIZE text) {
 }
 
 void drawFrame(HDC dc, const RECT& box, int width, Colour line, Colour fill) {
-    const Pen pen(CreatePen(PS_INSIDEFRAME, width, line));
-    const Brush brush(CreateSolidBrush(fill));
+    const Pen pen = required(Pen(CreatePen(PS_INSIDEFRAME, width, line)));
+    const Brush brush = required(Brush(CreateSolidBrush(fill)));
     const Selected selectedPen(dc, pen.get());
     const Selected selectedBrush(dc, brush.get());
     Rectangle(dc, box.left, box.top, box.right, box.bottom);
 }
 
 Artwork copyOf(const ConstImageView& part) {
-    GlobalBlock copy = createImage(part.width, part.height, 24);
-    {
-        const LockedImage image(copy.get());
-        if (!image)
-            throw std::bad_alloc();
-        layImage(image.view(), part, 0, 0);
-    }
-    return Artwork(std::move(copy));
+    Artwork copy(createImage(part.width, part.height, 24));
+    if (!copy)
+        throwOutOfMemory();
+    layImage(copy.view(), part, 0, 0);
+    return copy;
 }
 
 // Takes the label from the board, which is black before and after.
@@ -196,7 +192,7 @@ std::vector<MarkerPicture> drawMarkers(const RadarParameters& p, const RadarGeom
         return pictures;
     const ScopedCanvas board(geometry.width, geometry.height);
     if (!board)
-        throw std::bad_alloc();
+        throwOutOfMemory();
     const Font font = boldArial(p.labelHeight, 0);
     const Selected selectedFont(board.dc(), font.get());
     for (const RadarMarker& marker : p.markers) {

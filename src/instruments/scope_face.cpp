@@ -29,9 +29,12 @@ void addGlow(const ImageView& picture, int radius) {
     }
 }
 
-void drawScale(const GlobalBlock& frame, const CanvasRect& grid, Colour colour) {
-    if (const LockedImage image(frame.get()); image)
-        drawScaleGrid(image.view(), grid.left, grid.top, grid.right, grid.bottom, colour);
+bool drawScale(const GlobalBlock& frame, const CanvasRect& grid, Colour colour) {
+    const LockedImage image(frame.get());
+    if (!image)
+        return false;
+    drawScaleGrid(image.view(), grid.left, grid.top, grid.right, grid.bottom, colour);
+    return true;
 }
 
 } // namespace
@@ -70,8 +73,8 @@ GlobalBlock ScopeFace::render(const std::function<void(const ScopedCanvas&)>& wr
     if (bezel_)
         bezel_->draw(picture_.pixels());
     GlobalBlock frame = reducedCopy(picture_.pixels(), geometry_.reductionPercent);
-    if (scale_)
-        drawScale(frame, geometry_.grid, *scale_);
+    if (scale_ && !drawScale(frame, geometry_.grid, *scale_))
+        return {};
     return frame;
 }
 

@@ -40,7 +40,9 @@ int append(FrameList& list, const FrameRecord& record) {
 
 void freeAll(FrameList& list) {
     {
-        const LockedBlock lock(list.block);
+        LockedBlock lock(list.block);
+        if (!lock) // once more: nobody else knows the images
+            lock = LockedBlock(list.block);
         const auto* records = reinterpret_cast<const FrameRecord*>(lock.data());
         for (std::int32_t i = 0; lock && i < list.count; ++i) {
             GlobalBlock image(records[i].image);

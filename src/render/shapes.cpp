@@ -2,14 +2,21 @@
 #include "render/shapes.h"
 
 namespace veldran {
+namespace {
+
+Brush solidBrush(Colour colour) {
+    return required(Brush(CreateSolidBrush(colour)));
+}
+
+} // namespace
 
 void fillRectangle(HDC dc, const RECT& rectangle, Colour colour) {
-    const Brush brush(CreateSolidBrush(colour));
+    const Brush brush = solidBrush(colour);
     FillRect(dc, &rectangle, brush.get());
 }
 
 void fillEllipse(HDC dc, const RECT& box, Colour colour) {
-    const Brush brush(CreateSolidBrush(colour));
+    const Brush brush = solidBrush(colour);
     const Selected selectedBrush(dc, brush.get());
     const Selected pen(dc, GetStockObject(NULL_PEN));
     Ellipse(dc, box.left, box.top, box.right, box.bottom);
@@ -20,19 +27,19 @@ void fillDisc(HDC dc, POINT centre, int radius, Colour colour) {
 }
 
 void fillPolygon(HDC dc, std::span<const POINT> corners, Colour colour) {
-    const Brush brush(CreateSolidBrush(colour));
+    const Brush brush = solidBrush(colour);
     const Selected selectedBrush(dc, brush.get());
     const Selected pen(dc, GetStockObject(NULL_PEN));
     Polygon(dc, corners.data(), static_cast<int>(corners.size()));
 }
 
 void fillAroundRoundedRectangle(HDC dc, const RECT& rectangle, int cornerWidth, int cornerHeight, Colour colour) {
-    const Region around(CreateRectRgnIndirect(&rectangle));
+    const Region around = required(Region(CreateRectRgnIndirect(&rectangle)));
     // Unlike other regions, rounded ones end a pixel before their right and bottom.
-    const Region inside(CreateRoundRectRgn(rectangle.left, rectangle.top, rectangle.right + 1, rectangle.bottom + 1,
-                                           cornerWidth, cornerHeight));
+    const Region inside = required(Region(CreateRoundRectRgn(rectangle.left, rectangle.top, rectangle.right + 1,
+                                                             rectangle.bottom + 1, cornerWidth, cornerHeight)));
     CombineRgn(around.get(), around.get(), inside.get(), RGN_DIFF);
-    const Brush brush(CreateSolidBrush(colour));
+    const Brush brush = solidBrush(colour);
     FillRgn(dc, around.get(), brush.get());
 }
 
@@ -42,13 +49,13 @@ void drawLine(HDC dc, POINT from, POINT to, int width, Colour colour) {
 }
 
 void drawPolyline(HDC dc, std::span<const POINT> corners, int width, Colour colour) {
-    const Pen pen(CreatePen(PS_SOLID, width, colour));
+    const Pen pen = required(Pen(CreatePen(PS_SOLID, width, colour)));
     const Selected selected(dc, pen.get());
     Polyline(dc, corners.data(), static_cast<int>(corners.size()));
 }
 
 void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour) {
-    const Pen pen(CreatePen(PS_SOLID, width, colour));
+    const Pen pen = required(Pen(CreatePen(PS_SOLID, width, colour)));
     const Selected selectedPen(dc, pen.get());
     const Selected brush(dc, GetStockObject(NULL_BRUSH));
     Rectangle(dc, rectangle.left, rectangle.top, rectangle.right, rectangle.bottom);
@@ -56,9 +63,9 @@ void drawRectangle(HDC dc, const RECT& rectangle, int width, Colour colour) {
 
 // Antialiased whatever the system's font smoothing: coloured fringes would cost palette entries.
 Font pictureFont(const char* name, bool bold, int height, int escapement) {
-    return Font(CreateFontA(height, 0, escapement, escapement, bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
-                            DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
-                            DEFAULT_PITCH, name));
+    return required(Font(CreateFontA(height, 0, escapement, escapement, bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
+                                     DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, ANTIALIASED_QUALITY,
+                                     DEFAULT_PITCH, name)));
 }
 
 Font boldArial(int height, int escapement) {

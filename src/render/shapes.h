@@ -1,5 +1,5 @@
 // Filled shapes and lines on a canvas, each with its own pen and brush. Filled shapes have no outline. The font of
-// pictures.
+// pictures. All of them throw std::bad_alloc when the system has no more drawing objects.
 #pragma once
 
 #include "base/gdi.h"

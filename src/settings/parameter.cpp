@@ -1,16 +1,20 @@
 // Ranges of number fields.
 #include "settings/parameter.h"
 
+#include "settings/integer_text.h"
+
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 
 namespace veldran {
 
 NumberRange parseRange(const char* text) {
     NumberRange range{0, 100};
-    // NOLINTNEXTLINE(cert-err34-c): the text stands in a table of ours
-    std::sscanf(text, "%d,%d", &range.minimum, &range.maximum);
+    std::string_view left = text;
+    if (const std::optional<int> minimum = takeInteger(left))
+        range.minimum = *minimum;
+    if (takeComma(left))
+        range.maximum = takeInteger(left).value_or(range.maximum);
     return range;
 }
 

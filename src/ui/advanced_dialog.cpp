@@ -2,9 +2,9 @@
 #include "ui/advanced_dialog.h"
 
 #include "base/gdi.h"
-#include "base/module.h"
 #include "resources/resource_ids.h"
 #include "settings/settings_store.h"
+#include "ui/dialog_guard.h"
 #include "ui/editor_layout.h"
 #include "ui/help.h"
 #include "ui/help_topics.h"
@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <new>
 
 namespace veldran {
 namespace {
@@ -324,18 +323,13 @@ INT_PTR handleMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 INT_PTR CALLBACK advancedProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    try {
-        return handleMessage(dialog, message, wParam, lParam);
-    } catch (const std::bad_alloc&) {
-        return FALSE;
-    }
+    return handleSafely(dialog, message, [=] { return handleMessage(dialog, message, wParam, lParam); });
 }
 
 } // namespace
 
 bool runAdvancedDialog(HWND owner, HostParams* host) {
-    return DialogBoxParamA(moduleInstance(), MAKEINTRESOURCEA(DIALOG_ADVANCED), owner, advancedProc,
-                           reinterpret_cast<LPARAM>(host)) == 1;
+    return runDialog(owner, MAKEINTRESOURCEA(DIALOG_ADVANCED), advancedProc, reinterpret_cast<LPARAM>(host)) == 1;
 }
 
 } // namespace veldran

@@ -2,16 +2,15 @@
 // types.
 #include "ui/data_point_editor.h"
 
-#include "base/module.h"
 #include "resources/resource_ids.h"
 #include "ui/data_point_graph.h"
+#include "ui/dialog_guard.h"
 #include "ui/editor_layout.h"
 #include "ui/help.h"
 #include "ui/help_topics.h"
 #include "ui/text_scale.h"
 
 #include <algorithm>
-#include <new>
 #include <string>
 
 #include <commctrl.h>
@@ -176,25 +175,24 @@ void onCommand(HWND dialog, int control, int code) {
     }
 }
 
-// Nothing is thrown across the window procedure: what runs out of memory here is left undone.
-INT_PTR CALLBACK editorProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    try {
-        if (message == WM_INITDIALOG) {
-            onInitialise(dialog, reinterpret_cast<Editor*>(lParam));
-            return FALSE; // the focus is set already
-        }
-        if (GetWindowLongPtrA(dialog, DWLP_USER) == 0)
-            return FALSE;
-        if (message == WM_DRAWITEM)
-            drawEditorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), editorOf(dialog).host);
-        else if (message == WM_COMMAND)
-            onCommand(dialog, LOWORD(wParam), HIWORD(wParam));
-        else
-            return FALSE;
-        return TRUE;
-    } catch (const std::bad_alloc&) {
-        return FALSE;
+INT_PTR dispatch(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        onInitialise(dialog, reinterpret_cast<Editor*>(lParam));
+        return FALSE; // the focus is set already
     }
+    if (GetWindowLongPtrA(dialog, DWLP_USER) == 0)
+        return FALSE;
+    if (message == WM_DRAWITEM)
+        drawEditorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), editorOf(dialog).host);
+    else if (message == WM_COMMAND)
+        onCommand(dialog, LOWORD(wParam), HIWORD(wParam));
+    else
+        return FALSE;
+    return TRUE;
+}
+
+INT_PTR CALLBACK editorProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return handleSafely(dialog, message, [=] { return dispatch(dialog, message, wParam, lParam); });
 }
 
 } // namespace
@@ -205,8 +203,7 @@ bool editDataPoints(HWND dialog, int controlId, PointsKind kind, HostParams* hos
     GetDlgItemTextA(dialog, controlId, text, kLongestText);
     Editor editor{kind, host, text};
     const char* box = kind == PointsKind::Speed ? "EditTachDataPointBox" : "EditAltimeterDataPointBox";
-    const INT_PTR answer =
-        DialogBoxParamA(moduleInstance(), box, dialog, editorProc, reinterpret_cast<LPARAM>(&editor));
+    const INT_PTR answer = runDialog(dialog, box, editorProc, reinterpret_cast<LPARAM>(&editor));
     if (answer != IDOK || editor.text == text)
         return false;
     SetDlgItemTextA(dialog, controlId, editor.text.c_str());

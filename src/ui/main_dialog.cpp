@@ -1,6 +1,7 @@
 // Dispatches the dialog's messages to functions with names.
 #include "ui/main_dialog.h"
 
+#include "base/memory_reserve.h"
 #include "base/module.h"
 #include "host/build_driver.h"
 #include "host/host_link.h"
@@ -11,6 +12,7 @@
 #include "settings/settings_store.h"
 #include "ui/advanced_dialog.h"
 #include "ui/curve_control.h"
+#include "ui/dialog_guard.h"
 #include "ui/help.h"
 #include "ui/help_topics.h"
 #include "ui/output_panel.h"
@@ -20,7 +22,6 @@
 #include "ui/push_button.h"
 #include "ui/tool_tips.h"
 
-#include <new>
 #include <optional>
 
 #include <mmsystem.h>
@@ -38,7 +39,18 @@ struct DialogState {
     Preview preview;
     OutputEnabling enabling;
     bool filling = true; // controls are being filled by the program: changes are no edits
-    bool building = false;
+    bool busy = false;   // drawing or building: what a host lets through from inside a command is left alone
+};
+
+class BusyScope {
+public:
+    explicit BusyScope(DialogState& state) : state_(state) { state_.busy = true; }
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+    ~BusyScope() { state_.busy = false; }
+
+private:
+    DialogState& state_; // lives as long as the dialog's modal loop, also when the host destroys the window
 };
 
 DialogState* stateOf(HWND dialog) {
@@ -69,7 +81,8 @@ void showSelectedEffect(HWND dialog) {
 
 void onInitialise(HWND dialog, HostParams* host, DialogState* state) {
     SetWindowLongPtrA(dialog, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(host));
-    SetPropA(dialog, kStateProperty, state);
+    if (!SetPropA(dialog, kStateProperty, state))
+        throwOutOfMemory();
     loadSettings();
     fillDefaultPaths(pluginSettings(), host->flags, DefaultPaths::WhereEmpty);
     createOutputControls(dialog, host->buttonStyle);
@@ -84,10 +97,13 @@ void onInitialise(HWND dialog, HostParams* host, DialogState* state) {
 }
 
 void onDestroy(HWND dialog) {
+    const DialogState* state = stateOf(dialog);
+    if (state == nullptr)
+        return; // it was never set up
     stopPlaying(dialog);
     stopSounds();
     KillTimer(dialog, kPreviewTimer);
-    if (!stateOf(dialog)->filling) {
+    if (!state->filling) {
         saveOutputControls(dialog);
         savePanels(dialog);
         saveSettings();
@@ -95,17 +111,31 @@ void onDestroy(HWND dialog) {
     RemovePropA(dialog, kStateProperty);
 }
 
+// A person cannot use the dialog meanwhile.
+class DisabledScope {
+public:
+    explicit DisabledScope(HWND dialog) : dialog_(dialog) { EnableWindow(dialog, FALSE); }
+    DisabledScope(const DisabledScope&) = delete;
+    DisabledScope& operator=(const DisabledScope&) = delete;
+    ~DisabledScope() { EnableWindow(dialog_, TRUE); }
+
+private:
+    HWND dialog_;
+};
+
+bool buildInScope(HWND dialog, BuildKind kind) {
+    HostParams* host = hostOf(dialog);
+    const BusyScope busy(*stateOf(dialog));
+    const DisabledScope disabled(dialog);
+    sendToHost(host, nullptr, kHostBuildBegins, 0, 0);
+    return buildAnimation(dialog, host, kind);
+}
+
 void onBuild(HWND dialog, BuildKind kind) {
-    DialogState& state = *stateOf(dialog);
-    state.building = true;
     stopPlaying(dialog);
     stopSounds();
     stateOf(dialog)->enabling.refresh(dialog);
-    EnableWindow(dialog, FALSE);
-    sendToHost(hostOf(dialog), nullptr, kHostBuildBegins, 0, 0);
-    const bool done = buildAnimation(dialog, hostOf(dialog), kind);
-    EnableWindow(dialog, TRUE);
-    state.building = false;
+    const bool done = buildInScope(dialog, kind);
     if (done && kind == BuildKind::Real)
         EndDialog(dialog, IDOK);
     else
@@ -119,6 +149,7 @@ void onPlay(HWND dialog) {
         return;
     }
     KillTimer(dialog, kPreviewTimer);
+    const BusyScope busy(*stateOf(dialog));
     if (!preview.play(dialog, hostOf(dialog), selectedEffect(dialog)))
         return;
     SetDlgItemTextA(dialog, kControlPlay, "Sto&p");
@@ -188,7 +219,7 @@ void onOption(HWND dialog, int control, int code) {
 
 void onCommand(HWND dialog, WPARAM wParam) {
     const DialogState* state = stateOf(dialog);
-    if (state == nullptr || state->filling || state->building)
+    if (state == nullptr || state->filling || state->busy)
         return;
     const int control = LOWORD(wParam);
     const int code = HIWORD(wParam);
@@ -219,8 +250,9 @@ void onCommand(HWND dialog, WPARAM wParam) {
 
 void onTimer(HWND dialog, UINT_PTR timer) {
     DialogState* state = stateOf(dialog);
-    if (state == nullptr || state->building)
+    if (state == nullptr || state->busy)
         return; // it comes again
+    const BusyScope busy(*state);
     KillTimer(dialog, timer);
     if (timer == kPreviewTimer) {
         state->preview.render(dialog, hostOf(dialog), selectedEffect(dialog));
@@ -302,15 +334,8 @@ INT_PTR dispatch(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-// Nothing is thrown across the window procedure: what runs out of memory here is left undone.
 INT_PTR CALLBACK mainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    try {
-        return dispatch(dialog, message, wParam, lParam);
-    } catch (const std::bad_alloc&) {
-        if (message == WM_INITDIALOG) // half a dialog is none
-            EndDialog(dialog, IDCANCEL);
-        return FALSE;
-    }
+    return handleSafely(dialog, message, [=] { return dispatch(dialog, message, wParam, lParam); });
 }
 
 } // namespace
@@ -319,8 +344,8 @@ bool runMainDialog(HWND owner, HostParams* host) {
     registerCurveClass(moduleInstance());
     DialogState state;
     OpeningParameters opening{host, &state};
-    const INT_PTR result = DialogBoxParamA(moduleInstance(), MAKEINTRESOURCEA(DIALOG_MAIN), owner, mainDialogProc,
-                                           reinterpret_cast<LPARAM>(&opening));
+    const INT_PTR result =
+        runDialog(owner, MAKEINTRESOURCEA(DIALOG_MAIN), mainDialogProc, reinterpret_cast<LPARAM>(&opening));
     unregisterCurveClass(moduleInstance());
     return result > 0; // both ways of closing it are positive
 }

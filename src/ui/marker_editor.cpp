@@ -1,12 +1,12 @@
 // The fields show the chosen marker and change it as one types; the picture shows all and lets one drag them.
 #include "ui/marker_editor.h"
 
-#include "base/module.h"
 #include "instruments/radar_model.h"
 #include "resources/resource_ids.h"
 #include "settings/marker_lines.h"
 #include "settings/parameter_reader.h"
 #include "ui/buffered_paint.h"
+#include "ui/dialog_guard.h"
 #include "ui/edit_history.h"
 #include "ui/editor_layout.h"
 #include "ui/help.h"
@@ -430,27 +430,26 @@ void onCommand(HWND dialog, int control, int code) {
     }
 }
 
-// Nothing is thrown across the window procedure: what runs out of memory here is left undone.
-INT_PTR CALLBACK editorProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    try {
-        if (message == WM_INITDIALOG) {
-            onInitialise(dialog, reinterpret_cast<Editor*>(lParam));
-            return FALSE; // the focus is set already
-        }
-        if (GetWindowLongPtrA(dialog, DWLP_USER) == 0)
-            return FALSE;
-        if (message == WM_VKEYTOITEM)
-            return onListKey(dialog, LOWORD(wParam));
-        if (message == WM_DRAWITEM)
-            drawEditorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), editorOf(dialog).host);
-        else if (message == WM_COMMAND)
-            onCommand(dialog, LOWORD(wParam), HIWORD(wParam));
-        else
-            return FALSE;
-        return TRUE;
-    } catch (const std::bad_alloc&) {
-        return FALSE;
+INT_PTR dispatch(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        onInitialise(dialog, reinterpret_cast<Editor*>(lParam));
+        return FALSE; // the focus is set already
     }
+    if (GetWindowLongPtrA(dialog, DWLP_USER) == 0)
+        return FALSE;
+    if (message == WM_VKEYTOITEM)
+        return onListKey(dialog, LOWORD(wParam));
+    if (message == WM_DRAWITEM)
+        drawEditorButton(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), editorOf(dialog).host);
+    else if (message == WM_COMMAND)
+        onCommand(dialog, LOWORD(wParam), HIWORD(wParam));
+    else
+        return FALSE;
+    return TRUE;
+}
+
+INT_PTR CALLBACK editorProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    return handleSafely(dialog, message, [=] { return dispatch(dialog, message, wParam, lParam); });
 }
 
 } // namespace
@@ -460,8 +459,7 @@ bool editMarkers(HWND dialog, int listControlId, HostParams* host) {
     Editor editor{};
     editor.host = host;
     editor.state.lines = before;
-    const INT_PTR answer =
-        DialogBoxParamA(moduleInstance(), "EditMarkerListBox", dialog, editorProc, reinterpret_cast<LPARAM>(&editor));
+    const INT_PTR answer = runDialog(dialog, "EditMarkerListBox", editorProc, reinterpret_cast<LPARAM>(&editor));
     if (answer != IDOK || editor.state.lines == before)
         return false;
     writeLines(GetDlgItem(dialog, listControlId), editor.state.lines);

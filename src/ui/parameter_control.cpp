@@ -2,6 +2,7 @@
 #include "ui/parameter_control.h"
 
 #include "base/gdi.h"
+#include "base/memory_reserve.h"
 #include "base/module.h"
 #include "base/visual_styles.h"
 #include "settings/default_paths.h"
@@ -158,6 +159,8 @@ HWND createChild(HWND dialog, const char* windowClass, const char* text, DWORD s
     const HWND child =
         CreateWindowExA(extendedStyle, windowClass, text, style | WS_CHILD, 0, 0, 0, 0, dialog,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(identity)), moduleInstance(), nullptr);
+    if (child == nullptr) // a control that is missing would be saved as one that is empty
+        throwOutOfMemory();
     const PluginFonts* fonts = currentFonts();
     if (fonts != nullptr && fonts->controlFont)
         SendMessageA(child, WM_SETFONT, reinterpret_cast<WPARAM>(fonts->controlFont.get()), FALSE);

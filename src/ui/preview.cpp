@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <new>
 
 namespace veldran {
 namespace {
@@ -101,27 +102,35 @@ void Preview::render(HWND dialog, HostParams* host, int effect) {
 
 // Tells why there is no animation: in the area, or below a picture that can be drawn all the same.
 void Preview::explain(const std::string& missing) {
-    message_ = missing.empty() ? "The preview cannot be drawn." : missing;
+    if (!missing.empty())
+        message_ = missing;
+    else
+        message_ = image_ ? "The animation cannot be built." : "The preview cannot be drawn.";
     if (image_) {
         summary_ = message_;
         std::ranges::replace(summary_, '\n', ' '); // the line below a picture is one
     }
 }
 
-void Preview::summarize(HWND dialog, HostParams* host, int effect) {
+void Preview::summarize(HWND dialog, HostParams* host, int effect) try {
     summary_.clear();
-    const std::unique_ptr<FrameSequence> sequence = openFrames(effectDescriptor(effect).open, dialog, host);
     const LockedImage image(image_.get());
-    if (sequence == nullptr || !image)
+    if (!image)
         return;
-    double units = 0;
+    const std::unique_ptr<FrameSequence> sequence = openFrames(effectDescriptor(effect).open, dialog, host);
+    if (sequence == nullptr)
+        return;
+    std::uint64_t units = 0;
     for (int i = 0; i < sequence->frames(); ++i)
         units += sequence->delay(i);
-    const double unitsPerSecond = host != nullptr && (host->flags & kDelayInHundredths) != 0 ? 100 : 1000;
+    const bool hundredths = host != nullptr && (host->flags & kDelayInHundredths) != 0;
+    const std::uint64_t time = hundredths ? units : (units + 5) / 10;
+    // Whole numbers only: the runtime library prints fractions with memory whose lack it does not notice.
     char text[96];
-    std::snprintf(text, sizeof text, "%d frames, %d x %d pixels, %.2f s", sequence->frames(), image.view().width,
-                  image.view().height, units / unitsPerSecond);
+    std::snprintf(text, sizeof text, "%d frames, %d x %d pixels, %llu.%02llu s", sequence->frames(), image.view().width,
+                  image.view().height, time / 100, time % 100);
     summary_ = text;
+} catch (const std::bad_alloc&) { // it stays empty, and explain() says something instead
 }
 
 bool Preview::play(HWND dialog, HostParams* host, int effect) {

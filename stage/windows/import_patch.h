@@ -17,6 +17,9 @@ public:
     ImportPatch(const ImportPatch&) = delete;
     ImportPatch& operator=(const ImportPatch&) = delete;
 
+    // The function that was imported; null when there was none.
+    void* original() const { return reinterpret_cast<void*>(original_); }
+
 private:
     ULONGLONG* slot_;
     ULONGLONG original_;

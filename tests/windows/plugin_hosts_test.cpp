@@ -11,6 +11,7 @@ using namespace recording;
 using Texts = std::vector<std::string>;
 
 constexpr char kSmallRadar[] = "MainEffect = 15\nMainRadarIncrement = 33\nMainRadarSize = 48\n";
+constexpr int kBarGraph = 5; // row of the effect list
 constexpr UINT_PTR kTimers[] = {1, 2};
 
 Session building(std::vector<Step> steps = {pressing(kBuild)}) {
@@ -99,8 +100,13 @@ TEST(Hosts, WithoutBlocksAndEntries) {
 
 // A host that shows its progress in a loop of its own lets everything through to the dialog.
 TEST(Hosts, ThatLetOtherMessagesInWhileTheyAnswer) {
-    const Recording usual = run(building());
-    Session session = building();
+    // The preview of the bar graph asks for an image, and so is interrupted too.
+    const std::vector<Step> steps = {[](HWND dialog) { setChoice(dialog, kEffect, kBarGraph); },
+                                     [](HWND dialog) { SendMessageA(dialog, WM_TIMER, kTimers[0], 0); },
+                                     [](HWND dialog) { setChoice(dialog, kEffect, kRadar); }, pressing(kBuild)};
+    const Recording usual = run(building(steps));
+    EXPECT_GE(usual.count(kHostLoadImage), 1);
+    Session session = building(steps);
     session.whileAnswering = [](std::uint32_t command) {
         const HWND dialog = openDialog();
         if (dialog == nullptr || command == kHostShowHelp)
@@ -125,7 +131,7 @@ TEST(Hosts, ThatAnswerNonsense) {
                                      reinterpret_cast<std::intptr_t>(local + 1)};
     for (const std::intptr_t answer : answers) {
         SCOPED_TRACE(answer);
-        Session session = building({[](HWND dialog) { setChoice(dialog, kEffect, 5); }, pressing(kTest),
+        Session session = building({[](HWND dialog) { setChoice(dialog, kEffect, kBarGraph); }, pressing(kTest),
                                     [](HWND dialog) { setChoice(dialog, kEffect, kRadar); }, pressing(kTest)});
         session.settings = std::string(kSmallRadar) + "MainBarGraphFrames = 3\n";
         session.answer = answer;

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include <commctrl.h>
 
@@ -33,6 +34,8 @@ void complain(const std::string& fault) {
 void CALLBACK runStep(HWND, UINT, UINT_PTR timer, DWORD) {
     KillTimer(nullptr, timer);
     Invocation& run = *current;
+    if (!IsWindow(run.dialog))
+        return; // it closed as soon as it was there
     if (run.nextStep < run.session->steps.size())
         run.session->steps[run.nextStep++](run.dialog);
     else
@@ -40,7 +43,10 @@ void CALLBACK runStep(HWND, UINT, UINT_PTR timer, DWORD) {
     run.timer = SetTimer(nullptr, 0, 0, runStep); // killed when the dialog has gone
 }
 
+// A message box, or an editor that the dialog has opened.
 void readMessageBox(HWND box) {
+    if (current->session->otherDialogs)
+        current->session->otherDialogs(box);
     std::string text;
     for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         char className[16] = "";
@@ -49,13 +55,17 @@ void readMessageBox(HWND box) {
             text += textOf(child);
     }
     current->recording.boxes.push_back(text);
-    if (current->dialog != nullptr && GetWindow(box, GW_OWNER) != current->dialog)
+    if (IsWindow(current->dialog) && GetWindow(box, GW_OWNER) != current->dialog)
         complain("message box without its owner: " + text);
-    PostMessageA(box, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), reinterpret_cast<LPARAM>(GetDlgItem(box, IDOK)));
+    for (const int button : {IDOK, IDCANCEL}) // the other one in case that OK is not taken
+        PostMessageA(box, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(GetDlgItem(box, button)));
 }
 
 void dialogIsReady(HWND dialog) {
-    if (GetDlgItem(dialog, kTest) == nullptr) {
+    if (GetDlgItem(dialog, IDOK) == nullptr)
+        return;                                            // what could not be set up and is about to go
+    if (GetDlgItem(dialog, kRadarMarkerList) == nullptr) { // no other dialog has identities like the panels'
         readMessageBox(dialog);
         return;
     }
@@ -65,7 +75,12 @@ void dialogIsReady(HWND dialog) {
 }
 
 LRESULT CALLBACK dialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
-    const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+    LRESULT result = 0;
+    try {
+        result = DefSubclassProc(window, message, wParam, lParam);
+    } catch (...) {
+        complain("an exception left the dialog's procedure");
+    }
     if (message == WM_INITDIALOG)
         dialogIsReady(window);
     if (message == WM_NCDESTROY)
@@ -144,9 +159,11 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
     if (current->session->answer)
         return *current->session->answer;
     const int time = recording.count(command);
-    const bool refused = std::ranges::any_of(current->session->refusals, [&](const Refusal& refusal) {
+    bool refused = std::ranges::any_of(current->session->refusals, [&](const Refusal& refusal) {
         return refusal.command == command && refusal.time == time;
     });
+    if (current->session->refuses && current->session->refuses(message))
+        refused = true;
     if (command == kHostLoadImage && !refused)
         return current->session->loadImage ? reinterpret_cast<std::intptr_t>(current->session->loadImage(message.text))
                                            : 0;
@@ -253,6 +270,10 @@ Recording run(const Session& session) {
     invocation.recording.settingsFile = folder.read();
     invocation.recording.folder = folder.names();
     return std::move(invocation.recording);
+}
+
+Recording takeRecording() {
+    return std::exchange(current->recording, {});
 }
 
 void press(HWND dialog, int button) {

@@ -78,6 +78,8 @@ struct Session {
     std::uint32_t version = 0x1000;
     std::uint32_t flags = kDelayInHundredths;
     std::vector<Refusal> refusals;
+    Step otherDialogs;                                   // done in each message box and editor before its OK is pressed
+    std::function<bool(const Message& message)> refuses; // the host answers 0 to those, too
     std::function<HGLOBAL(const std::string& path)> loadImage; // the answer to command 8; none: no file can be loaded
     int invocations = 1;                                       // calls of PLUGIN16DoBuild with the same loaded library
     bool hasMessageEntry = true;
@@ -105,6 +107,9 @@ DoBuildFunction doBuildEntry();
 
 // Loads the plugin, runs the session and unloads it again. The person's own settings are moved aside meanwhile.
 Recording run(const Session& session);
+
+// For steps: what the running session has recorded so far. The record begins anew.
+Recording takeRecording();
 
 // Steps, and what steps are made of. Pressing waits until the plugin has done what the button says.
 void press(HWND dialog, int button);

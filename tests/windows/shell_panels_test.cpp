@@ -4,7 +4,6 @@
 #include "base/visual_styles.h"
 #include "dialog_script.h"
 #include "instruments/effect_list.h"
-#include "object_count.h"
 #include "settings/curve_points.h"
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
@@ -256,18 +255,6 @@ TEST_F(MainDialog, SpaceInTheMarkerListOpensItsEditor) {
                              [&] { return SendMessageA(list, WM_KEYDOWN, VK_SPACE, 0); });
     });
     EXPECT_TRUE(opened);
-}
-
-TEST_F(MainDialog, OpeningsLeaveNothingBehind) {
-    const auto open = [this] {
-        session([](HWND dialog) {
-            RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-        });
-    };
-    open(); // what the system keeps from the first time is no leak
-    const object_count::Growth growth = object_count::leastGrowth(5, 10, open);
-    EXPECT_LE(growth.drawing, 0);
-    EXPECT_LE(growth.user, 0);
 }
 
 } // namespace
