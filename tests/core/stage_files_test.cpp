@@ -330,6 +330,8 @@ TEST(StageColours, PalettesOfVeryManyAndVeryFew) {
     const std::vector<Pixel> palette = reducedPalette(counts, 8);
     EXPECT_EQ(palette.size(), 8u);
     NearestEntry nearest(palette);
+    EXPECT_EQ(nearest.find(palette[5]), 5u);
+    EXPECT_EQ(nearest.find(palette[5]), 5u); // remembered
     double error = 0;
     for (const auto& entry : counts) {
         const int off = rgbOf(entry.first).green - rgbOf(palette[nearest.find(entry.first)]).green;

@@ -80,13 +80,16 @@ bool isNewPlace(Kind kind, const char* function) {
     return true;
 }
 
-bool noteFailure(Kind kind) {
-    state->reached = state->reached || kind == Kind::Memory;
-    return true;
+// One after the other: an exception takes memory, and a lock that fails is tried again.
+bool mayFailNow(Kind kind) {
+    return std::ranges::none_of(state->found, [kind](const Call& call) {
+        return call.kind == kind && (kind == Kind::Memory || kind == Kind::Lock);
+    });
 }
 
 bool isTarget(const char* function) {
-    if (state->calls != state->target.number || state->target.function != function)
+    const std::uint64_t number = state->target.number;
+    if ((number != 0 && number != state->calls) || state->target.function != function)
         return false;
     state->reached = true;
     state->mode = state->mode == Mode::Short ? Mode::Exhausted : Mode::Idle;
@@ -100,7 +103,7 @@ bool decideFailure(Kind kind, const char* function) {
         isNewPlace(kind, function);
         return false;
     case Mode::FailingNewPlaces:
-        return !(kind == Kind::Memory && state->reached) && isNewPlace(kind, function) && noteFailure(kind);
+        return mayFailNow(kind) && isNewPlace(kind, function);
     case Mode::Failing:
     case Mode::Short:
         return isTarget(function);

@@ -18,7 +18,7 @@ enum class Kind : int { Memory, GlobalMemory, Lock, Drawing, Window, Resource, F
 inline constexpr std::size_t kKinds = 8;
 const char* nameOf(Kind kind);
 
-// A call that can be made to fail: the `number`-th of a run among all watched ones.
+// A call that can be made to fail: the `number`-th of a run among all watched ones, or with 0 the function's first.
 struct Call {
     Kind kind;
     std::string function;
@@ -50,7 +50,7 @@ public:
     bool runShort(const Call& call, const Act& act);
 
     // Runs `act` with the first call from every place failing that no run before has shown, and returns those calls. Of
-    // those that ask for memory only one: the exception that follows takes some.
+    // memory and of locks only one each: the exception that follows takes memory, and a lock may be tried again.
     std::vector<Call> runFailingNewPlaces(const Act& act);
 
     // For the host that takes the plugin's commands: whether it is to answer 0 this time.

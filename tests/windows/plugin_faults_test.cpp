@@ -160,7 +160,7 @@ bool sameBuild(const Recording& one, const Recording& other) {
 void warmUp(const std::vector<faults::Act>& acts) {
     for (const faults::Act& act : acts) {
         act();
-        injection().runFailing({Kind::Memory, "malloc", 1}, act);
+        injection().runFailing({Kind::Memory, "malloc", 0}, act);
         act();
     }
     takeRecording();
@@ -360,7 +360,7 @@ void failAll(const char* name, const faults::Act& act, Check check) {
         const std::vector<Call> failed = injection().runFailingNewPlaces(act);
         std::ranges::for_each(failed, [&](const Call& call) { tally.add(call); });
         SCOPED_TRACE(failed.empty() ? std::string() : failed.back().function);
-        check();
+        check(failed);
         EXPECT_EQ(injection().takeMisuses(), Texts{});
         if (failed.empty())
             break;
@@ -372,6 +372,14 @@ void redraw(HWND window) {
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
+// As much as before; the runtime library keeps a mutex for its emergency store once that has been used.
+bool holdsAsMuch(const faults::Held& now, faults::Held before) {
+    if (now == before)
+        return true;
+    ++before[static_cast<std::size_t>(Kind::Memory)];
+    return now == before;
+}
+
 // Editors and the advanced settings, closed with OK, and what the dialog shows.
 TEST(Faults, OnceAtEveryPlaceOfEditorsAndPainting) {
     const SmallInstruments instruments;
@@ -381,12 +389,16 @@ TEST(Faults, OnceAtEveryPlaceOfEditorsAndPainting) {
                          reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
         };
         constexpr int kAltitudes = 540;
-        constexpr int kSpeeds = 384;
         const struct {
             const char* name;
             int effect;
             faults::Act act;
         } cases[] = {
+            {"Message box", kLadder,
+             [&] {
+                 setCheck(dialog, kTrueColour, true);
+                 press(dialog, kBuild); // is refused
+             }},
             {"Painting", 0, [&] { redraw(dialog); }},
             {"Choosing an instrument", 2,
              [&] {
@@ -395,13 +407,8 @@ TEST(Faults, OnceAtEveryPlaceOfEditorsAndPainting) {
              }},
             {"Marker editor", kRadar, [&] { command(kRadarMarkerList, LBN_DBLCLK); }},
             {"Altitudes", 1, [&] { command(kAltitudes, BN_CLICKED); }},
-            {"Speeds", 16, [&] { command(kSpeeds, BN_CLICKED); }},
             {"Advanced settings", kRadar, [&] { press(dialog, kAdvanced); }},
-            {"Message box", kLadder,
-             [&] {
-                 setCheck(dialog, kTrueColour, true);
-                 press(dialog, kBuild); // is refused
-             }},
+
         };
         for (const auto& row : cases) {
             SCOPED_TRACE(row.name);
@@ -415,9 +422,9 @@ TEST(Faults, OnceAtEveryPlaceOfEditorsAndPainting) {
             warmUp({act});
             const faults::Held held = injection().held();
             const int windows = object_count::userObjects();
-            failAll(row.name, act, [&] {
+            failAll(row.name, act, [&](const std::vector<Call>&) {
                 EXPECT_EQ(takeRecording().faults, Texts{});
-                EXPECT_EQ(injection().held(), held);
+                EXPECT_TRUE(holdsAsMuch(injection().held(), held));
                 EXPECT_EQ(object_count::userObjects(), windows);
             });
         }
@@ -436,15 +443,17 @@ TEST(Faults, OnceAtEveryPlaceOfOpeningAndClosing) {
     const SmallInstruments instruments;
     Recording seen;
     const faults::Act open = [&] { seen = run(sessionWith(instruments, {[](HWND dialog) { redraw(dialog); }})); };
-    injection().runFailing({Kind::Memory, "malloc", 1}, open);
+    injection().runFailing({Kind::Window, "CreateWindowExA", 0}, open); // throws, and shows a message
     open();
     const faults::Held held = injection().held();
     const int windows = object_count::userObjects();
-    failAll("Opening and closing", open, [&] {
+    failAll("Opening and closing", open, [&](const std::vector<Call>& failed) {
         EXPECT_EQ(seen.faults, Texts{});
-        EXPECT_TRUE(seen.result == 1 ? seen.dialogsOpened == 1 && seen.boxes.empty()
-                                     : seen.boxes == Texts{kMemoryError})
-            << seen.result << ' ' << seen.boxes.size();
+        if (seen.result == 1) {
+            EXPECT_TRUE(seen.dialogsOpened == 1 && seen.boxes.empty());
+        } else if (failed.back().function != "DialogBoxParamA") { // the message itself
+            EXPECT_EQ(seen.boxes, Texts{kMemoryError});
+        }
         EXPECT_NE(seen.settingsFile.find("MainRadarIncrement = 33"), std::string::npos);
         EXPECT_EQ(injection().held(), held);
         EXPECT_EQ(object_count::userObjects(), windows);

@@ -10,7 +10,8 @@ namespace {
 using namespace recording;
 using Texts = std::vector<std::string>;
 
-constexpr char kSmallRadar[] = "MainEffect = 15\nMainRadarIncrement = 33\nMainRadarSize = 48\n";
+// And a bar graph that shows an image.
+constexpr char kSmallRadar[] = "MainEffect = 15\nMainRadarIncrement = 33\nMainRadarSize = 48\nMainBarGraphType = 2\n";
 constexpr int kBarGraph = 5; // row of the effect list
 constexpr UINT_PTR kTimers[] = {1, 2};
 
