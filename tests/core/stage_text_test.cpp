@@ -257,6 +257,7 @@ TEST(StageReport, JsonIsUtf8WhateverANameHolds) {
             replaced += "\xEF\xBF\xBD";
         EXPECT_EQ(jsonText(damaged), replaced + '"');
     }
+    EXPECT_EQ(jsonText("\xC3("), "\"\xEF\xBF\xBD(\""); // what follows is another letter
 }
 
 TEST(StageArguments, EveryVerbTellsItsOptions) {
