@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 namespace stage {
 namespace {
@@ -174,20 +173,9 @@ std::vector<Pixel> reducedPalette(const PixelMap<std::uint64_t>& counts, std::si
     return result;
 }
 
-std::size_t NearestEntry::find(Pixel pixel) {
-    if (const std::size_t* known = known_.find(pixel))
-        return *known;
-    std::size_t nearest = 0;
+Pixel nearestColour(std::span<const Pixel> palette, Pixel pixel) {
     const Channels wanted = channelsOf(pixel);
-    double best = std::numeric_limits<double>::max();
-    for (std::size_t i = 0; i < palette_.size(); ++i) {
-        const double d = distance(channelsOf(palette_[i]), wanted);
-        if (d < best) {
-            best = d;
-            nearest = i;
-        }
-    }
-    return known_[pixel] = nearest;
+    return *std::ranges::min_element(palette, {}, [&](Pixel entry) { return distance(channelsOf(entry), wanted); });
 }
 
 } // namespace stage

@@ -32,15 +32,7 @@ private:
 // that lowers the squared error most, then every part's mean is moved to the colours that are nearest to it.
 std::vector<Pixel> reducedPalette(const PixelMap<std::uint64_t>& counts, std::size_t size);
 
-// The nearest entry of a palette by squared distance of red, green and blue; remembers what was asked.
-class NearestEntry {
-public:
-    explicit NearestEntry(std::span<const Pixel> palette) : palette_(palette.begin(), palette.end()) {}
-    std::size_t find(Pixel pixel);
-
-private:
-    std::vector<Pixel> palette_;
-    PixelMap<std::size_t> known_;
-};
+// The nearest of the colours, at least one, by squared distance of red, green and blue; the first of equally near ones.
+Pixel nearestColour(std::span<const Pixel> palette, Pixel pixel);
 
 } // namespace stage

@@ -220,7 +220,7 @@ public:
     GifPictures(const Animation& animation, const WriteOptions& options) : animation_(animation), options_(options) {
         constexpr std::uint64_t kMostKept = std::uint64_t{1} << 24; // pixels; frames are asked for several times
         isKept_ = std::uint64_t{animation.width} * animation.height * animation.frames.size() <= kMostKept;
-        ColourCount all(std::size_t{1} << 24);
+        ColourCount all((std::size_t{1} << 24) + 1); // every opaque colour, and what is transparent
         for (const Frame& frame : animation.frames) {
             Picture picture = gifPicture(frame, options);
             all.add(picture.pixels);
@@ -228,17 +228,16 @@ public:
                 kept_.push_back(std::move(picture));
         }
         if (all.size() > kMostColours && !framesFit()) { // one entry stays for what is transparent
-            palette_ = reducedPalette(all.counts(), kMostColours - 1);
-            NearestEntry nearest(palette_);
+            const std::vector<Pixel> palette = reducedPalette(all.counts(), kMostColours - 1);
             for (const auto& entry : all.counts())
                 if (entry.first != kTransparentPixel)
-                    reduced_[entry.first] = palette_[nearest.find(entry.first)];
+                    reduced_[entry.first] = nearestColour(palette, entry.first);
         }
     }
 
     Picture at(std::size_t index) const {
         Picture picture = isKept_ ? kept_[index] : gifPicture(animation_.frames[index], options_);
-        if (!palette_.empty())
+        if (reduced_.size() > 0)
             for (Pixel& pixel : picture.pixels)
                 if (pixel != kTransparentPixel)
                     pixel = *reduced_.find(pixel);
@@ -260,8 +259,7 @@ private:
     const WriteOptions& options_;
     bool isKept_ = false;
     std::vector<Picture> kept_;
-    std::vector<Pixel> palette_; // empty: colours stay as they are
-    PixelMap<Pixel> reduced_;
+    PixelMap<Pixel> reduced_; // empty: colours stay as they are
 };
 
 // Orders the colours of all pictures so that those of pictures with few come first: the largest entry that a picture

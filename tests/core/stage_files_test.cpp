@@ -329,12 +329,10 @@ TEST(StageColours, PalettesOfVeryManyAndVeryFew) {
                 counts[pixelOf({std::uint8_t(red), std::uint8_t(green), std::uint8_t(blue)})] = 1;
     const std::vector<Pixel> palette = reducedPalette(counts, 8);
     EXPECT_EQ(palette.size(), 8u);
-    NearestEntry nearest(palette);
-    EXPECT_EQ(nearest.find(palette[5]), 5u);
-    EXPECT_EQ(nearest.find(palette[5]), 5u); // remembered
+    EXPECT_EQ(nearestColour(palette, palette[5]), palette[5]);
     double error = 0;
     for (const auto& entry : counts) {
-        const int off = rgbOf(entry.first).green - rgbOf(palette[nearest.find(entry.first)]).green;
+        const int off = rgbOf(entry.first).green - rgbOf(nearestColour(palette, entry.first)).green;
         error += off * off;
     }
     // Eight boxes of equal volume have sides of 128 levels.
