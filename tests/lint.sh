@@ -15,7 +15,7 @@ sources=$(find bench src stage tests tools \( -name '*.cpp' -o -name '*.h' \) 2>
 }
 
 # The style is the checked-in one.
-unformatted=$(printf '%s\n' "$sources" | xargs clang-format --dry-run -Werror 2>&1 | grep -oE '^[^:]+\.(cpp|h)' | sort -u)
+unformatted=$(printf '%s\n' "$sources" | xargs clang-format --dry-run -Werror 2>&1 | grep -oE '^[^: ]+\.(cpp|h):' | tr -d : | sort -u)
 [ -z "$unformatted" ] || complain "Not formatted; mend with: clang-format -i" "$unformatted"
 
 # Drawing objects are selected and deleted by their owners alone; the canvas is one.

@@ -8,17 +8,17 @@ namespace veldran {
 namespace {
 
 constexpr std::size_t kSide = 8;
-constexpr std::size_t kCubeColours = kSide * kSide * kSide;
+constexpr std::size_t kColoursOfCube = kSide * kSide * kSide;
 
 // Where the colours of a cube, red by red, green by green, blue by blue, stand in Morton order.
-constexpr std::array<std::uint16_t, kCubeColours> makeCubeOrder() {
-    std::array<std::uint16_t, kCubeColours> order{};
+constexpr std::array<std::uint16_t, kColoursOfCube> makeCubeOrder() {
+    std::array<std::uint16_t, kColoursOfCube> order{};
     constexpr unsigned kLine = kSide;
-    for (unsigned i = 0; i < kCubeColours; ++i)
+    for (unsigned i = 0; i < kColoursOfCube; ++i)
         order[i] = static_cast<std::uint16_t>(mortonIndex(i / (kLine * kLine), i / kLine % kLine, i % kLine));
     return order;
 }
-constexpr std::array<std::uint16_t, kCubeColours> kCubeOrder = makeCubeOrder();
+constexpr std::array<std::uint16_t, kColoursOfCube> kCubeOrder = makeCubeOrder();
 
 // A distance and the entry that has it in one number, so that the least of them is the lowest of the nearest entries.
 // Distances are taken in half levels, because the middle of two levels lies between them: 3 x 510^2 x 256 fits 31 bits.
@@ -62,10 +62,10 @@ void NearestColours::fillCube(std::uint32_t cube) {
     std::uint8_t* entries = entries_.get() + (std::size_t{cube} << kCubeShift);
     known_[cube] = 1;
     if (candidates.count == 1) {
-        std::fill_n(entries, kCubeColours, candidates.number[0]);
+        std::fill_n(entries, kColoursOfCube, candidates.number[0]);
         return;
     }
-    std::array<std::int32_t, kCubeColours> least;
+    std::array<std::int32_t, kColoursOfCube> least;
     least.fill(INT32_MAX);
     for (std::size_t i = 0; i < candidates.count; ++i) {
         std::array<std::array<std::int32_t, kSide>, 3> along;
@@ -80,7 +80,7 @@ void NearestColours::fillCube(std::uint32_t cube) {
             }
         }
     }
-    for (std::size_t i = 0; i < kCubeColours; ++i)
+    for (std::size_t i = 0; i < kColoursOfCube; ++i)
         entries[kCubeOrder[i]] = static_cast<std::uint8_t>(least[i]);
 }
 

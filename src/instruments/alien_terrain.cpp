@@ -16,8 +16,8 @@ constexpr int kFewestRows = 128;
 constexpr int kMostRows = 1024;
 constexpr int kRowsPerFrame = 2; // of a flight at its usual speed
 // Towards the sun: ahead on the left, low. Of length 1. Its light is warm, what the sky sends into the shade is cold.
-constexpr double kSun[3] = {-0.68, 0.45, 0.58};     // right, ahead, up
-constexpr double kSunlight[3] = {0.98, 1.20, 1.36}; // blue, green, red
+constexpr double kSun[3] = {-0.68, 0.45, 0.58};    // right, ahead, up
+constexpr double kSunGain[3] = {0.98, 1.20, 1.36}; // blue, green, red
 constexpr double kSkylight[3] = {0.38, 0.30, 0.26};
 constexpr double kLeastRough = 0.4;
 constexpr double kMostRough = 1.6;
@@ -105,7 +105,7 @@ void Terrain::lightLand(const TerrainCurves& curves) {
             const int channels[3] = {blueOf(land), greenOf(land), redOf(land)};
             for (std::size_t c = 0; c < 3; ++c)
                 light_[cell(column, row)][c] = static_cast<float>(
-                    std::min(channels[c] * (kSkylight[c] + kSunlight[c] * std::max(facing, 0.0)), 255.0));
+                    std::min(channels[c] * (kSkylight[c] + kSunGain[c] * std::max(facing, 0.0)), 255.0));
             roughness_[cell(column, row)] = static_cast<float>(std::clamp(facing / kSun[2], kLeastRough, kMostRough));
         }
 }

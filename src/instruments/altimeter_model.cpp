@@ -12,7 +12,7 @@ namespace veldran {
 namespace {
 
 constexpr double kFullScaleFeet = fullScale(PointsKind::Altitude);
-constexpr CanvasPoint kPivot{384, 384}; // the middle of the face
+constexpr CanvasPoint kFaceCentre{384, 384}; // the middle of the face
 
 double altitudeAt(const PointStretch& stretch, std::int64_t index) {
     const auto frames = static_cast<double>(stretch.frames);
@@ -91,7 +91,7 @@ AltimeterAngles altimeterAngles(int feet) {
 }
 
 AltimeterPointers altimeterPointers(int pad, const AltimeterAngles& angles) {
-    const CanvasPoint pivot{kPivot.x + pad, kPivot.y + pad};
+    const CanvasPoint pivot{kFaceCentre.x + pad, kFaceCentre.y + pad};
     return {pointer(pivot, kTenThousandsOutline, angles.tenThousands),
             pointer(pivot, kThousandsOutline, angles.thousands), pointer(pivot, kHundredsOutline, angles.hundreds)};
 }
@@ -101,7 +101,7 @@ std::array<HubDisc, 12> altimeterHub(int pad) {
     for (int i = 0; i < static_cast<int>(hub.size()); ++i) {
         const int radius = kHubRadius - i * kHubStep;
         const int grey = hubGrey(i);
-        const CanvasPoint corner{kPivot.x + pad - radius, kPivot.y + pad - radius};
+        const CanvasPoint corner{kFaceCentre.x + pad - radius, kFaceCentre.y + pad - radius};
         hub[static_cast<std::size_t>(i)] = {rectAt(corner, 2 * radius, 2 * radius), makeColour(grey, grey, grey)};
     }
     return hub;

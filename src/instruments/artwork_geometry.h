@@ -24,6 +24,10 @@ constexpr CanvasRect rectAt(CanvasPoint topLeft, int width, int height) {
     return {topLeft.x, topLeft.y, topLeft.x + width, topLeft.y + height};
 }
 
+constexpr CanvasRect insetBy(const CanvasRect& rectangle, int by) {
+    return {rectangle.left + by, rectangle.top + by, rectangle.right - by, rectangle.bottom - by};
+}
+
 // A canvas that is drawn in the artwork's pixels, with a margin on all sides, and reduced at the end.
 struct ArtworkGeometry {
     int unit; // artwork pixels to an output pixel

@@ -9,10 +9,6 @@ namespace {
 constexpr int kNarrowestPitch = 4; // pixels
 constexpr int kWidestPitch = 32;
 
-CanvasRect insetBy(const CanvasRect& rectangle, int by) {
-    return {rectangle.left + by, rectangle.top + by, rectangle.right - by, rectangle.bottom - by};
-}
-
 } // namespace
 
 BarGraphGeometry barGraphGeometry(const BarGraphParameters& p) {

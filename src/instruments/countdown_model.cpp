@@ -40,10 +40,6 @@ CountdownGlyph glyphAt(GlyphStrip strip, int cell, CanvasPoint target) {
     return {strip, rectAt({cell * width, 0}, width, large ? kLargeHeight : kSmallHeight), target};
 }
 
-CanvasRect insetBy(const CanvasRect& rect, int inset) {
-    return {rect.left + inset, rect.top + inset, rect.right - inset, rect.bottom - inset};
-}
-
 } // namespace
 
 CountdownGeometry countdownGeometry(const CountdownParameters& p) {

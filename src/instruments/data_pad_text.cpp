@@ -63,7 +63,7 @@ std::size_t lineOfRow(const TextPage& page, int frame, int row) {
     return (static_cast<std::size_t>(frame) + static_cast<std::size_t>(row)) % page.size();
 }
 
-PageGlyph glyphAt(std::uint8_t code, int column, int row) {
+PageGlyph pageGlyph(std::uint8_t code, int column, int row) {
     const int x = kSheetLeadIn + (code - kFirstGlyph) * (kGlyphWidth + kSheetGap);
     return {rectAt({x, 0}, kGlyphWidth, kGlyphHeight),
             {kPageCorner.x + kGlyphWidth * column, kPageCorner.y + kGlyphHeight * row}};
@@ -93,7 +93,7 @@ std::vector<PageGlyph> pageGlyphs(const TextPage& page, int frame, int rows) {
         const TextLine& line = page[lineOfRow(page, frame, row)];
         for (int column = 0; column < kTextColumns; ++column)
             if (const std::uint8_t code = line[static_cast<std::size_t>(column)]; code >= kFirstGlyph)
-                glyphs.push_back(glyphAt(code, column, row));
+                glyphs.push_back(pageGlyph(code, column, row));
     }
     return glyphs;
 }

@@ -15,11 +15,11 @@ namespace {
 constexpr std::uint32_t kPlain = 0;           // compression
 constexpr std::uint32_t kMasks = 3;           // three channel masks
 constexpr std::uint32_t kMasksAndOpacity = 6; // four
-constexpr std::int64_t kLongestSide = 65535;
+constexpr std::int64_t kLongestForeignSide = 65535;
 constexpr std::size_t kHeaderWithOpacityMask = 56; // bytes, and more
 constexpr std::uint8_t kOpaque = 255;
 
-bool isKnownDepth(int bits) {
+bool isForeignDepth(int bits) {
     return bits == 1 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
 }
 
@@ -46,9 +46,9 @@ std::size_t masksBehindHeader(const BitmapHeader& header) {
 bool isKnownHeader(const BitmapHeader& header) {
     const bool masked = header.compression == kMasks || header.compression == kMasksAndOpacity;
     const std::int64_t height = std::abs(std::int64_t{header.height});
-    return header.planes == 1 && isKnownDepth(header.bits) && header.size >= sizeof header &&
+    return header.planes == 1 && isForeignDepth(header.bits) && header.size >= sizeof header &&
            (header.compression == kPlain || (masked && (header.bits == 16 || header.bits == 32))) &&
-           header.width >= 1 && header.width <= kLongestSide && height >= 1 && height <= kLongestSide;
+           header.width >= 1 && header.width <= kLongestForeignSide && height >= 1 && height <= kLongestForeignSide;
 }
 
 } // namespace

@@ -10,7 +10,7 @@ constexpr std::uint64_t kSecondsPerMinute = 60;
 constexpr std::uint32_t kHertzPerKilohertz = 1000;
 
 // In parts of a second of which there are `perSecond`.
-std::uint64_t playingTime(const WaveFormat& format, std::size_t dataBytes, std::uint64_t perSecond) {
+std::uint64_t playingParts(const WaveFormat& format, std::size_t dataBytes, std::uint64_t perSecond) {
     const std::uint64_t bytesPerSecond = std::uint64_t{format.blockAlignment} * format.samplesPerSecond;
     if (bytesPerSecond == 0)
         return 0;
@@ -43,11 +43,11 @@ std::string timeText(std::uint64_t hundredths) {
 } // namespace
 
 std::uint64_t playingHundredths(const WaveFormat& format, std::size_t dataBytes) {
-    return playingTime(format, dataBytes, kHundredthsPerSecond);
+    return playingParts(format, dataBytes, kHundredthsPerSecond);
 }
 
 std::uint64_t playingMilliseconds(const WaveFormat& format, std::size_t dataBytes) {
-    return playingTime(format, dataBytes, kMillisecondsPerSecond);
+    return playingParts(format, dataBytes, kMillisecondsPerSecond);
 }
 
 std::string waveFigures(const WaveFormat& format, std::size_t dataBytes) {

@@ -9,16 +9,16 @@
 namespace veldran {
 namespace {
 
-constexpr std::size_t kBlockPairs = 512;
-constexpr float kFullScale = 32768;
-constexpr float kByteStep = 256 / kFullScale;
+constexpr std::size_t kPairsAtOnce = 512;
+constexpr float kLoudestSample = 32768;
+constexpr float kByteStep = 256 / kLoudestSample;
 
 // Calls use(pair) for `count` pairs from `first` on.
 template <class Use>
 void forPairs(const StereoSamples& samples, std::size_t first, std::size_t count, Use use) {
-    std::array<StereoPair, kBlockPairs> block;
-    for (std::size_t done = 0; done < count; done += kBlockPairs) {
-        const std::span<StereoPair> pairs = std::span(block).first(std::min(kBlockPairs, count - done));
+    std::array<StereoPair, kPairsAtOnce> block;
+    for (std::size_t done = 0; done < count; done += kPairsAtOnce) {
+        const std::span<StereoPair> pairs = std::span(block).first(std::min(kPairsAtOnce, count - done));
         samples.read(first + done, pairs);
         for (const StereoPair pair : pairs)
             use(pair);
@@ -27,7 +27,7 @@ void forPairs(const StereoSamples& samples, std::size_t first, std::size_t count
 
 // The largest byte is a step above what 16 bits hold and has wrapped round; no other byte gives that value.
 float unwrapped(std::int16_t value, bool bytes) {
-    return bytes && value == std::numeric_limits<std::int16_t>::min() ? kFullScale : static_cast<float>(value);
+    return bytes && value == std::numeric_limits<std::int16_t>::min() ? kLoudestSample : static_cast<float>(value);
 }
 
 // Replaces groups of moments by their smallest and largest value.
@@ -80,8 +80,8 @@ WaveValues::WaveValues(const WaveFormat& format, std::span<const std::uint8_t> s
 }
 
 WaveValues::Sides WaveValues::sidesOf(StereoPair pair) const {
-    return {unwrapped(pair.left, bytes_) / kFullScale * gain_.left,
-            unwrapped(pair.right, bytes_) / kFullScale * gain_.right};
+    return {unwrapped(pair.left, bytes_) / kLoudestSample * gain_.left,
+            unwrapped(pair.right, bytes_) / kLoudestSample * gain_.right};
 }
 
 WaveValues::Sides WaveValues::loudest() const {

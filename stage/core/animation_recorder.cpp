@@ -25,7 +25,6 @@ std::string defaultFileName(std::string_view effectName) {
 }
 
 void AnimationRecorder::begin(const AnimationInfo& info) {
-    constexpr std::uint32_t kLargestSide = 65535;
     requireOfPlugin(!info_, "The plugin began a second animation before the first was done.");
     requireOfPlugin(info.width >= 1 && info.height >= 1 && info.frameCount >= 1,
                     "The plugin announced an empty animation.");

@@ -17,8 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uint32_t kLargestSide = 65535;
-
 void checkWritable(const Animation& animation) {
     if (animation.frames.empty())
         throw Failure(ExitCode::WrongUsage, "An animation without frames cannot be written.");

@@ -4,9 +4,16 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <vector>
 
 namespace stage {
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline std::span<const std::uint8_t> bytesOf(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
 
 class ByteSink {
 public:
@@ -30,10 +37,10 @@ public:
     void stepBack(std::uint64_t count) override;
     std::uint64_t size() const override { return bytes_.size(); }
 
-    const std::vector<std::uint8_t>& bytes() const { return bytes_; }
+    const Bytes& bytes() const { return bytes_; }
 
 private:
-    std::vector<std::uint8_t> bytes_;
+    Bytes bytes_;
 };
 
 // Keeps nothing but the size.

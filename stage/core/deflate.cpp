@@ -3,6 +3,8 @@
 // codes only make longer is stored as it is.
 #include "core/deflate.h"
 
+#include "core/byte_sink.h"
+
 #include <zlib.h> // adler32
 
 #include <algorithm>
@@ -14,8 +16,6 @@
 
 namespace stage {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kShortest = 3; // of a match
 constexpr std::size_t kLongest = 258;

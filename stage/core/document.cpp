@@ -2,17 +2,12 @@
 #include "core/document.h"
 
 #include "core/output_file.h"
+#include "core/text.h"
 
 #include <cstdio>
 
 namespace stage {
 namespace {
-
-std::string seconds(std::uint64_t milliseconds) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%.2f s", static_cast<double>(milliseconds) / 1000);
-    return text;
-}
 
 std::string withThousands(std::uint64_t number) {
     std::string text = std::to_string(number);
@@ -47,9 +42,9 @@ std::string frameText(std::size_t frame, std::size_t frames) {
 }
 
 std::string playingTimeText(const PlayingTime& time, std::uint32_t plays) {
-    return seconds(time.stored) + (plays == 0   ? ", forever"
-                                   : plays == 1 ? ", once"
-                                                : ", " + std::to_string(plays) + " times");
+    return secondsText(time.stored) + (plays == 0   ? ", forever"
+                                       : plays == 1 ? ", once"
+                                                    : ", " + std::to_string(plays) + " times");
 }
 
 std::string browserRateText(OutputFormat format, const PlayingTime& time) {

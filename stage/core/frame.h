@@ -9,6 +9,9 @@
 
 namespace stage {
 
+// What GIF can say of a side in pixels; MNG and PNG files of larger ones are refused.
+inline constexpr std::uint32_t kLargestSide = 65535;
+
 struct Rgb {
     std::uint8_t red = 0;
     std::uint8_t green = 0;

@@ -8,8 +8,6 @@
 namespace stage {
 namespace {
 
-constexpr std::uint32_t kLargestSide = 65535;
-
 // Over what may be half opaque itself, with colours that are not multiplied by their opacity.
 Pixel over(Pixel upper, Pixel lower) {
     const std::uint32_t a = opacityOf(upper);

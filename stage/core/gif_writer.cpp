@@ -1,6 +1,7 @@
 // One function for each block of GIF89a; numbers are written low byte first.
 #include "core/gif_writer.h"
 
+#include "core/byte_sink.h"
 #include "core/colours.h"
 #include "core/lzw.h"
 #include "core/parallel.h"
@@ -14,9 +15,7 @@
 namespace stage {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-constexpr std::uint32_t kLargestNumber = 65535;
+constexpr std::uint32_t kLargestWord = 65535;
 constexpr std::size_t kLargestSubBlock = 255;
 constexpr std::size_t kMostColours = 256;
 constexpr std::uint8_t kExtension = 0x21;
@@ -46,10 +45,6 @@ void putSubBlocks(Bytes& bytes, std::span<const std::uint8_t> data) {
         data = data.subspan(count);
     }
     bytes.push_back(0);
-}
-
-std::span<const std::uint8_t> bytesOf(std::string_view text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
 unsigned bitsFor(std::size_t entries) {
@@ -95,7 +90,7 @@ void putLoop(Bytes& bytes, std::uint32_t plays) {
     bytes.insert(bytes.end(), {kExtension, 0xFF, 11});
     std::ranges::copy(std::string_view("NETSCAPE2.0"), std::back_inserter(bytes));
     bytes.insert(bytes.end(), {3, 1});
-    putNumber(bytes, plays == 0 ? 0 : std::min(plays - 1, kLargestNumber));
+    putNumber(bytes, plays == 0 ? 0 : std::min(plays - 1, kLargestWord));
     bytes.push_back(0);
 }
 
@@ -109,7 +104,7 @@ void putComment(Bytes& bytes, std::string_view text) {
 void putGraphicControl(Bytes& bytes, std::uint32_t delay, GifDisposal disposal, std::optional<std::uint8_t> hole) {
     const int flags = static_cast<int>(disposal) << 2 | (hole ? 1 : 0);
     bytes.insert(bytes.end(), {kExtension, 0xF9, 4, static_cast<std::uint8_t>(flags)});
-    putNumber(bytes, std::min(delay, kLargestNumber));
+    putNumber(bytes, std::min(delay, kLargestWord));
     bytes.push_back(hole.value_or(0));
     bytes.push_back(0);
 }
@@ -435,7 +430,7 @@ bool writeGif(const Animation& animation, const WriteOptions& options, ByteSink&
     const GifPictures pictures(animation, options);
     const auto pictureAt = [&pictures](std::size_t index) { return pictures.at(index); };
     const std::vector<Step> steps =
-        joinedSteps(animation, pictureAt, storedDelays(animation, OutputFormat::Gif), kLargestNumber * 10);
+        joinedSteps(animation, pictureAt, storedDelays(animation, OutputFormat::Gif), kLargestWord * 10);
     GifFile file(animation, pictures, steps, sink);
     constexpr std::size_t kBatch = 32; // frames that are compressed side by side
     std::vector<GifFrame> batch;

@@ -11,7 +11,7 @@ namespace stage {
 namespace {
 
 constexpr std::uint32_t kTicksPerSecond = 1000;
-constexpr std::uint32_t kLargestNumber = 0x7FFFFFFF; // of a field of 32 bits; "no limit" in some
+constexpr std::uint32_t kNoLimit = 0x7FFFFFFF; // of a field of 32 bits; "no limit" in some
 
 // How pictures meet: each lies on those before, or on nothing.
 enum class Framing : std::uint8_t { OverTheLast = 1, OverBackground = 3 };
@@ -131,7 +131,7 @@ private:
         // The background counts as a layer each time it is shown.
         const std::uint32_t layers = framing_ == Framing::OverBackground ? frames_ * 2 : frames_ + 1;
         for (const std::uint64_t number : {std::uint64_t{layers}, std::uint64_t{frames_}, ticks_})
-            putPngNumber(data, static_cast<std::uint32_t>(std::min<std::uint64_t>(number, kLargestNumber)));
+            putPngNumber(data, static_cast<std::uint32_t>(std::min<std::uint64_t>(number, kNoLimit)));
         putPngNumber(data, profileFor(framing_));
         putChunk(bytes, "MHDR", data);
     }
@@ -143,7 +143,7 @@ private:
             return;
         PngBytes data = {kRepeat, kThenShowLast};
         putPngNumber(data, 0); // delay before it begins again
-        putPngNumber(data, animation_.plays == 0 ? kLargestNumber : std::min(animation_.plays, kLargestNumber));
+        putPngNumber(data, animation_.plays == 0 ? kNoLimit : std::min(animation_.plays, kNoLimit));
         putChunk(bytes, "TERM", data);
     }
 
@@ -153,8 +153,8 @@ private:
         constexpr std::uint8_t kNoName = 0;
         constexpr std::uint8_t kFromNowOn = 2;
         PngBytes data = {static_cast<std::uint8_t>(framing_), kNoName, kFromNowOn, kFromNowOn, 0, 0};
-        putPngNumber(data, std::min(delay, kLargestNumber));
-        putPngNumber(data, kLargestNumber);
+        putPngNumber(data, std::min(delay, kNoLimit));
+        putPngNumber(data, kNoLimit);
         putChunk(bytes, "FRAM", data);
     }
 
@@ -182,7 +182,7 @@ private:
 bool writeMng(const Animation& animation, ByteSink& sink, const WriteProgress& progress) {
     const auto pictureAt = [&animation](std::size_t index) { return pictureOf(animation.frames[index]); };
     const std::vector<Step> steps =
-        joinedSteps(animation, pictureAt, storedDelays(animation, OutputFormat::Mng), kLargestNumber);
+        joinedSteps(animation, pictureAt, storedDelays(animation, OutputFormat::Mng), kNoLimit);
     PngSurvey survey;
     for (const Step& step : steps)
         survey.add(pictureAt(step.frame));

@@ -26,9 +26,9 @@ static_assert(sizeof(BitmapHeader) == 40);
 
 constexpr std::size_t kColours = 256;
 constexpr std::size_t kColourTableBytes = kColours * 4;
-constexpr std::int32_t kLargestSide = 65535;
+constexpr std::int32_t kLargestBitmapSide = 65535;
 
-void require(bool condition, const char* what) {
+void requireOfPicture(bool condition, const char* what) {
     if (!condition)
         throw Failure(ExitCode::PluginFailed, std::string("The plugin delivered a damaged picture: ") + what + ".");
 }
@@ -57,16 +57,17 @@ void unpackColourTable(const std::byte* from, Palette& palette) {
 
 Frame unpackBitmap(std::span<const std::byte> block, OpacityByte opacity) {
     BitmapHeader header;
-    require(block.size() >= sizeof(header), "its block is shorter than a header");
+    requireOfPicture(block.size() >= sizeof(header), "its block is shorter than a header");
     std::memcpy(&header, block.data(), sizeof(header));
-    require(header.size == sizeof(header) && header.planes == 1 && header.compression == 0,
-            "its header is of an unknown form");
-    require(header.width >= 1 && header.width <= kLargestSide && header.height >= 1 && header.height <= kLargestSide,
-            "its size is out of range");
-    require(header.bitsPerPixel == 8 || header.bitsPerPixel == 24 || header.bitsPerPixel == 32,
-            "its colour depth is not 8, 24 or 32");
-    require(header.coloursUsed == 0 || (header.coloursUsed == kColours && header.bitsPerPixel == 8),
-            "its colour table is of another size"); // and its rows would begin elsewhere
+    requireOfPicture(header.size == sizeof(header) && header.planes == 1 && header.compression == 0,
+                     "its header is of an unknown form");
+    requireOfPicture(header.width >= 1 && header.width <= kLargestBitmapSide && header.height >= 1 &&
+                         header.height <= kLargestBitmapSide,
+                     "its size is out of range");
+    requireOfPicture(header.bitsPerPixel == 8 || header.bitsPerPixel == 24 || header.bitsPerPixel == 32,
+                     "its colour depth is not 8, 24 or 32");
+    requireOfPicture(header.coloursUsed == 0 || (header.coloursUsed == kColours && header.bitsPerPixel == 8),
+                     "its colour table is of another size"); // and its rows would begin elsewhere
 
     Frame frame;
     frame.width = static_cast<std::uint32_t>(header.width);
@@ -78,8 +79,8 @@ Frame unpackBitmap(std::span<const std::byte> block, OpacityByte opacity) {
     const std::size_t sourceStep = header.bitsPerPixel / 8u;
     const std::size_t stride = (frame.width * sourceStep + 3) / 4 * 4;
     const std::size_t pixelOffset = sizeof(header) + (header.bitsPerPixel == 8 ? kColourTableBytes : 0);
-    require(block.size() >= pixelOffset && (block.size() - pixelOffset) / stride >= frame.height,
-            "its block is shorter than its picture");
+    requireOfPicture(block.size() >= pixelOffset && (block.size() - pixelOffset) / stride >= frame.height,
+                     "its block is shorter than its picture");
     if (frame.format == PixelFormat::Indexed)
         unpackColourTable(block.data() + sizeof(header), frame.palette);
     frame.pixels.resize(frame.rowBytes() * frame.height);

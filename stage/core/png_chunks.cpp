@@ -1,6 +1,8 @@
 // Undoing what PNG does to pixels; see the header.
 #include "core/png_chunks.h"
 
+#include "core/byte_sink.h"
+
 #include <zlib.h>
 
 #include <algorithm>
@@ -10,9 +12,7 @@
 namespace stage {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
-constexpr std::uint32_t kLargestNumber = 0x7FFFFFFF;
+constexpr std::uint32_t kLargestPngNumber = 0x7FFFFFFF;
 // Deflate cannot make more of a byte: a code of two bits for 258 bytes.
 constexpr std::uint64_t kLargestGrowth = 1032;
 
@@ -227,7 +227,7 @@ std::span<const Pass> passesOf(const PngHeader& header) {
 
 Chunk nextChunk(ByteCursor& bytes) {
     const std::uint32_t length = bytes.bigNumber();
-    requireOfFile(length <= kLargestNumber, "a chunk has an impossible length");
+    requireOfFile(length <= kLargestPngNumber, "a chunk has an impossible length");
     requireOfFile(length + std::uint64_t{8} <= bytes.left(), "it ends inside a chunk, or a chunk's length is wrong");
     const auto typeAndData = bytes.take(length + std::size_t{4});
     const uLong sum = crc32(0, typeAndData.data(), static_cast<uInt>(typeAndData.size()));
@@ -296,7 +296,7 @@ Picture readPicture(const PngHeader& header, const PngColours& colours, std::spa
     std::uint64_t total = 0;
     for (const Pass& pass : passesOf(header))
         total += pass.bytes(header);
-    requireOfFile(total <= kLargestNumber && total <= packed.size() * kLargestGrowth,
+    requireOfFile(total <= kLargestPngNumber && total <= packed.size() * kLargestGrowth,
                   "a frame has fewer pixels than its size says");
     Bytes rows(total);
     const auto count = inflateInto(packed, rows);

@@ -1,6 +1,7 @@
 // PNG chunks over zlib; see the header.
 #include "core/png_coding.h"
 
+#include "core/byte_sink.h"
 #include "core/deflate.h"
 
 #include <zlib.h>
@@ -13,11 +14,7 @@
 namespace stage {
 namespace {
 
-constexpr std::size_t kColours = std::size_t{1} << 24;
-
-std::span<const std::uint8_t> bytesOf(std::string_view text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
+constexpr std::size_t kColourCount = std::size_t{1} << 24;
 
 // A zlib stream of one setting, used again and again: its tables are large.
 class Deflater {
@@ -237,14 +234,14 @@ void PngSurvey::add(const Picture& picture) {
     if (!colours_.isOverLimit())
         return;
     if (used_.empty()) {
-        used_.resize(kColours);
+        used_.resize(kColourCount);
         for (const auto& entry : colours_.counts())
             if (opacityOf(entry.first) != 0)
-                used_[entry.first % kColours] = true;
+                used_[entry.first % kColourCount] = true;
     }
     for (const Pixel pixel : picture.pixels)
         if (opacityOf(pixel) != 0)
-            used_[pixel % kColours] = true;
+            used_[pixel % kColourCount] = true;
 }
 
 // Greys need no palette, and their neighbours foretell them; few of them are shorter as entries.
@@ -293,7 +290,7 @@ PngLook PngSurvey::colourLook(Hole hole) const {
 }
 
 std::optional<Pixel> PngSurvey::unusedColour() const {
-    for (std::size_t i = 0; i < kColours; ++i) {
+    for (std::size_t i = 0; i < kColourCount; ++i) {
         const auto pixel = static_cast<Pixel>(i | 0xFF000000u);
         if (fitsPalette() ? colours_.counts().find(pixel) == nullptr : !used_[i])
             return pixel;

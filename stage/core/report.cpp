@@ -54,10 +54,6 @@ std::string row(const char* name, const std::string& value) {
     return formatted("%-10s", name) + value + "\n";
 }
 
-std::string seconds(std::uint64_t milliseconds) {
-    return formatted("%.2f s", static_cast<double>(milliseconds) / 1000);
-}
-
 std::string sizeText(std::uint32_t width, std::uint32_t height) {
     return std::to_string(width) + "x" + std::to_string(height);
 }
@@ -114,8 +110,8 @@ std::optional<std::string> browserWarning(const FileReport& file) {
         return "Browsers do not show MNG files.";
     if (file.format == OutputFormat::Png || file.time.frames < 2 || file.time.slowedFrames == 0)
         return std::nullopt;
-    return "Browsers show \"" + file.file + "\" in " + seconds(file.time.inBrowsers) + " instead of " +
-           seconds(file.time.stored) + ": " + std::to_string(file.time.slowedFrames) + " of " +
+    return "Browsers show \"" + file.file + "\" in " + secondsText(file.time.inBrowsers) + " instead of " +
+           secondsText(file.time.stored) + ": " + std::to_string(file.time.slowedFrames) + " of " +
            std::to_string(file.time.frames) + " frames have 10 ms or less, which they take for 100 ms.";
 }
 
@@ -124,7 +120,7 @@ std::string summaryText(const RenderReport& report) {
     for (const FileReport& file : report.files)
         text += row("file", file.file) + row("bytes", std::to_string(file.bytes));
     return text + row("frames", std::to_string(report.frames)) + row("size", sizeText(report.width, report.height)) +
-           row("duration", report.files.empty() ? "" : seconds(report.files[0].time.stored)) +
+           row("duration", report.files.empty() ? "" : secondsText(report.files[0].time.stored)) +
            row("taken", formatted("%.2f s", report.secondsTaken));
 }
 
@@ -167,12 +163,12 @@ std::string failureJson(const Failure& failure) {
 std::string inspectionText(const AnimationFile& file, const std::string& name, std::uint64_t bytes) {
     const Animation& animation = file.animation;
     const PlayingTime time = playingTime(delaysOf(file));
-    std::string text = row("file", name) + row("format", std::string(formatName(file.format))) +
-                       row("size", sizeText(animation.width, animation.height)) +
-                       row("frames", std::to_string(file.stored.size())) + row("bytes", std::to_string(bytes)) +
-                       row("duration", seconds(time.stored)) +
-                       row("browsers", seconds(time.inBrowsers) + formatted(", %.1f frames/s", time.framesPerSecond)) +
-                       row("shown", animation.plays == 0 ? "forever" : std::to_string(animation.plays) + " times");
+    std::string text =
+        row("file", name) + row("format", std::string(formatName(file.format))) +
+        row("size", sizeText(animation.width, animation.height)) + row("frames", std::to_string(file.stored.size())) +
+        row("bytes", std::to_string(bytes)) + row("duration", secondsText(time.stored)) +
+        row("browsers", secondsText(time.inBrowsers) + formatted(", %.1f frames/s", time.framesPerSecond)) +
+        row("shown", animation.plays == 0 ? "forever" : std::to_string(animation.plays) + " times");
     appendLines(text, "comment", animation.comment);
     if (animation.made) {
         appendLines(text, "settings", animation.made->settings);

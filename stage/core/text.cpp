@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <limits>
 #include <numeric>
 
@@ -45,6 +46,12 @@ std::string lowerCase(std::string_view text) {
     std::string result(text);
     std::ranges::transform(result, result.begin(), lower);
     return result;
+}
+
+std::string secondsText(std::uint64_t milliseconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f s", static_cast<double>(milliseconds) / 1000);
+    return text;
 }
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {

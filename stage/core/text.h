@@ -17,6 +17,9 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 std::string lowerCase(std::string_view text);
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
+// Seconds with two decimals: "1.50 s".
+std::string secondsText(std::uint64_t milliseconds);
+
 enum class NumberBase : int { Decimal = 10, Hexadecimal = 16 };
 
 // The whole text as an unsigned number without sign, prefix or blanks; nothing when it is not one or exceeds 32 bits.

@@ -8,12 +8,12 @@ namespace stage {
 namespace {
 
 constexpr std::uint32_t kPerHundredth = 10; // ms
-constexpr std::uint32_t kLongest = std::numeric_limits<std::uint32_t>::max();
+constexpr std::uint32_t kLongestDelay = std::numeric_limits<std::uint32_t>::max();
 
 } // namespace
 
 std::uint32_t millisecondsFromHundredths(std::uint32_t hundredths) {
-    return hundredths > kLongest / kPerHundredth ? kLongest : hundredths * kPerHundredth;
+    return hundredths > kLongestDelay / kPerHundredth ? kLongestDelay : hundredths * kPerHundredth;
 }
 
 std::vector<std::uint32_t> delaysInHundredths(std::span<const std::uint32_t> milliseconds) {

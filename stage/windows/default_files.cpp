@@ -18,18 +18,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Owner { Stage, Plugin };
+enum class Carrier { Stage, Plugin };
 
 struct DefaultFile {
-    Owner owner;
+    Carrier carrier;
     const wchar_t* resource;
     const wchar_t* name;
 };
 
 constexpr DefaultFile kDefaultFiles[] = {
-    {Owner::Stage, L"DEFAULT_TEXT", L"Default.txt"},
-    {Owner::Plugin, L"DEFAULT_WAV", L"Default.wav"},
-    {Owner::Plugin, L"DEFAULT_JPG", L"Default.jpg"},
+    {Carrier::Stage, L"DEFAULT_TEXT", L"Default.txt"},
+    {Carrier::Plugin, L"DEFAULT_WAV", L"Default.wav"},
+    {Carrier::Plugin, L"DEFAULT_JPG", L"Default.jpg"},
 };
 
 // Empty when the shell has no documents folder.
@@ -57,7 +57,8 @@ std::vector<std::string> placeDefaultFiles(HMODULE plugin, OutputFormat format) 
     const fs::path folder = documentsFolder(format);
     for (const DefaultFile& file : kDefaultFiles) {
         std::error_code ignored;
-        const std::string_view content = moduleResource(file.owner == Owner::Plugin ? plugin : nullptr, file.resource);
+        const std::string_view content =
+            moduleResource(file.carrier == Carrier::Plugin ? plugin : nullptr, file.resource);
         if (folder.empty() || content.empty() || fs::exists(folder / file.name, ignored))
             continue;
         try {

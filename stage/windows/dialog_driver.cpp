@@ -13,7 +13,7 @@
 namespace stage {
 namespace {
 
-constexpr UINT_PTR kSubclass = 1;
+constexpr UINT_PTR kDriverSubclass = 1;
 constexpr wchar_t kDialogClass[] = L"#32770"; // every dialog's window class
 
 DialogDriver* activeDriver = nullptr;
@@ -55,7 +55,7 @@ LRESULT CALLBACK DialogDriver::windowIsCreated(int code, WPARAM wParam, LPARAM l
     const auto window = reinterpret_cast<HWND>(wParam);
     if (code == HCBT_CREATEWND && activeDriver != nullptr && isOfClass(window, kDialogClass) &&
         (reinterpret_cast<const CBT_CREATEWNDW*>(lParam)->lpcs->style & WS_CHILD) == 0)
-        SetWindowSubclass(window, dialogMessage, kSubclass, reinterpret_cast<DWORD_PTR>(activeDriver));
+        SetWindowSubclass(window, dialogMessage, kDriverSubclass, reinterpret_cast<DWORD_PTR>(activeDriver));
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
@@ -85,7 +85,7 @@ LRESULT CALLBACK DialogDriver::dialogMessage(HWND window, UINT message, WPARAM w
                                              DWORD_PTR driver) {
     auto* self = reinterpret_cast<DialogDriver*>(driver);
     if (message == WM_NCDESTROY)
-        RemoveWindowSubclass(window, dialogMessage, kSubclass);
+        RemoveWindowSubclass(window, dialogMessage, kDriverSubclass);
     const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
     if (message == WM_INITDIALOG)
         self->dialogIsReady(window);

@@ -17,9 +17,9 @@ namespace {
 
 constexpr int kThumbnail = 72; // at 96 dots per inch, as the next ones
 constexpr int kCellWidth = 92;
-constexpr int kPadding = 6;
-constexpr int kSquare = 4;
-constexpr COLORREF kEdge = RGB(150, 154, 160);
+constexpr int kCellPadding = 6;
+constexpr int kCellSquare = 4;
+constexpr COLORREF kCellEdge = RGB(150, 154, 160);
 
 } // namespace
 
@@ -32,7 +32,7 @@ FrameStrip::FrameStrip(HWND parent, std::function<void(std::size_t)> choose) : c
 }
 
 int FrameStrip::height() const {
-    return scaled(kThumbnail + 3 * kPadding, dpi_) + 2 * lineHeight_ + scrollBarThickness(dpi_);
+    return scaled(kThumbnail + 3 * kCellPadding, dpi_) + 2 * lineHeight_ + scrollBarThickness(dpi_);
 }
 
 void FrameStrip::setLook(HFONT font, int dpi) {
@@ -46,14 +46,14 @@ void FrameStrip::setLook(HFONT font, int dpi) {
         lineHeight_ = metrics.tmHeight;
     }
     ReleaseDC(window_, dc);
-    backdrop_.square = scaled(kSquare, dpi);
+    backdrop_.square = scaled(kCellSquare, dpi);
     thumbnails_.assign(frames(), {});
     updateBar();
 }
 
 void FrameStrip::setBackdrop(const Backdrop& backdrop) {
     backdrop_ = backdrop;
-    backdrop_.square = scaled(kSquare, dpi_);
+    backdrop_.square = scaled(kCellSquare, dpi_);
     InvalidateRect(window_, nullptr, FALSE);
 }
 
@@ -119,7 +119,7 @@ void FrameStrip::paint() {
 
 void FrameStrip::drawCell(HDC dc, const ScreenTarget& target, std::size_t frame, const RECT& cell) {
     const int side = scaled(kThumbnail, dpi_);
-    const int padding = scaled(kPadding, dpi_);
+    const int padding = scaled(kCellPadding, dpi_);
     const bool isCurrent = frame == current_;
     if (isCurrent)
         fillArea(dc, cell, GetSysColor(COLOR_HIGHLIGHT));
@@ -129,7 +129,7 @@ void FrameStrip::drawCell(HDC dc, const ScreenTarget& target, std::size_t frame,
     const ViewBox box{static_cast<int>((cell.left + cell.right - width) / 2), padding + (side - height) / 2, width,
                       height};
     const RECT edge{box.left - 1, box.top - 1, box.left + width + 1, box.top + height + 1};
-    const Brush brush(CreateSolidBrush(kEdge));
+    const Brush brush(CreateSolidBrush(kCellEdge));
     FrameRect(dc, &edge, brush.get());
     GdiFlush();
     drawPicture(small, box, backdrop_, target);

@@ -10,7 +10,7 @@
 namespace stage {
 namespace {
 
-struct Picture {
+struct LoadedPicture {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
     std::vector<std::uint8_t> pixels; // top-down, blue, green, red, opacity; not premultiplied
@@ -18,7 +18,7 @@ struct Picture {
 
 constexpr std::uint32_t kLargestSide = 16384; // keeps a block below 2^30 bytes
 
-bool decode(const std::wstring& path, Picture& picture) {
+bool decode(const std::wstring& path, LoadedPicture& picture) {
     ComReference<IWICImagingFactory> factory;
     ComReference<IWICBitmapDecoder> decoder;
     ComReference<IWICBitmapFrameDecode> frame;
@@ -40,7 +40,7 @@ bool decode(const std::wstring& path, Picture& picture) {
         converter->CopyPixels(nullptr, stride, static_cast<UINT>(picture.pixels.size()), picture.pixels.data()));
 }
 
-bool isOpaque(const Picture& picture) {
+bool isOpaque(const LoadedPicture& picture) {
     for (std::size_t i = 3; i < picture.pixels.size(); i += 4)
         if (picture.pixels[i] != 255)
             return false;
@@ -50,7 +50,7 @@ bool isOpaque(const Picture& picture) {
 } // namespace
 
 GlobalBlock loadImage(const std::wstring& path) {
-    Picture picture;
+    LoadedPicture picture;
     if (!decode(path, picture))
         return {};
     const std::size_t pixelBytes = isOpaque(picture) ? 3 : 4;

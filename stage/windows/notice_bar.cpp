@@ -10,13 +10,13 @@ namespace stage {
 namespace {
 
 constexpr COLORREF kGround = RGB(255, 247, 214);
-constexpr COLORREF kEdge = RGB(226, 207, 140);
+constexpr COLORREF kNoticeEdge = RGB(226, 207, 140);
 constexpr COLORREF kText = RGB(51, 44, 20);
 constexpr Rgb kGroundRgb{255, 247, 214};
 constexpr Rgb kSign{150, 104, 0};
 constexpr int kLineHeight = 28; // at 96 dots per inch, as the next ones
-constexpr int kSignSide = 16;
-constexpr int kPadding = 8;
+constexpr int kNoticeSignSide = 16;
+constexpr int kNoticePadding = 8;
 constexpr int kActionWidth = 150;
 constexpr int kCloseWidth = 70;
 
@@ -51,7 +51,8 @@ void NoticeBar::show(std::vector<NoticeLine> lines, int action, const wchar_t* a
 }
 
 int NoticeBar::height() const {
-    return lines_.empty() ? 0 : static_cast<int>(lines_.size()) * scaled(kLineHeight, dpi_) + scaled(kPadding, dpi_);
+    return lines_.empty() ? 0
+                          : static_cast<int>(lines_.size()) * scaled(kLineHeight, dpi_) + scaled(kNoticePadding, dpi_);
 }
 
 void NoticeBar::setLook(HFONT font, int dpi) {
@@ -65,7 +66,7 @@ void NoticeBar::setLook(HFONT font, int dpi) {
 void NoticeBar::layOut() {
     RECT area;
     GetClientRect(window_, &area);
-    const int padding = scaled(kPadding, dpi_);
+    const int padding = scaled(kNoticePadding, dpi_);
     const int height = scaled(kLineHeight, dpi_) - padding / 2;
     const int top = (area.bottom - height) / 2;
     int right = area.right - padding;
@@ -79,12 +80,12 @@ void NoticeBar::layOut() {
 void NoticeBar::paint() {
     paintBuffered(window_, [this](BackBuffer& buffer, const RECT& area) {
         fillArea(buffer.dc(), area, kGround);
-        fillArea(buffer.dc(), {area.left, area.bottom - 1, area.right, area.bottom}, kEdge);
+        fillArea(buffer.dc(), {area.left, area.bottom - 1, area.right, area.bottom}, kNoticeEdge);
         const Selected font(buffer.dc(), font_ != nullptr ? font_ : GetStockObject(DEFAULT_GUI_FONT));
         SetTextColor(buffer.dc(), kText);
         SetBkMode(buffer.dc(), TRANSPARENT);
-        const int side = scaled(kSignSide, dpi_);
-        const int padding = scaled(kPadding, dpi_);
+        const int side = scaled(kNoticeSignSide, dpi_);
+        const int padding = scaled(kNoticePadding, dpi_);
         const int height = scaled(kLineHeight, dpi_);
         const int buttons = scaled(kCloseWidth + (actionCommand_ == 0 ? 0 : kActionWidth), dpi_) + 3 * padding;
         int top = padding / 2;

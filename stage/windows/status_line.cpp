@@ -19,7 +19,7 @@ constexpr const wchar_t* kUsual[kStatusParts] = {L"",
                                                  L"100.00 s, forever",
                                                  L"Browsers: 100.0 frames/s",
                                                  L"APNG: 10,000,000 bytes"};
-constexpr int kPadding = 14; // at 96 dots per inch, as the next one
+constexpr int kPartPadding = 14; // at 96 dots per inch, as the next one
 constexpr int kBarWidth = 120;
 constexpr int kSteps = 1000;
 
@@ -57,10 +57,10 @@ void StatusLine::place(HFONT font, int dpi) {
     RECT area;
     GetClientRect(window_, &area);
     std::array<int, kStatusParts> ends{};
-    int end = area.right - scaled(kPadding, dpi); // beside the grip
+    int end = area.right - scaled(kPartPadding, dpi); // beside the grip
     for (std::size_t i = kStatusParts; i-- > 0;) {
         ends[i] = std::max(end, 0);
-        end -= i == 0 ? 0 : textWidth(window_, font, kUsual[i]) + scaled(kPadding, dpi);
+        end -= i == 0 ? 0 : textWidth(window_, font, kUsual[i]) + scaled(kPartPadding, dpi);
     }
     ends.back() = -1;
     SendMessageW(window_, SB_SETPARTS, kStatusParts, reinterpret_cast<LPARAM>(ends.data()));

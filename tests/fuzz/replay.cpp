@@ -1,8 +1,9 @@
-// Runs every fuzz target over known bytes:
-//   replay FOLDER        FOLDER/TARGET holds the files of each
-//   replay TARGET FILE   one file, for instance one that the search found
+// Runs a fuzz target over known bytes:
+//   replay TARGET FILE     for instance one that the search found
+//   replay TARGET FOLDER   each file in it; there must be some
 // In a folder each file is run whole, cut off at some places, and with a byte changed at others, always the same ones.
 // A failure names the bytes that led to it.
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include <random>
 #include <sanitizer/common_interface_defs.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #define FUZZ_TARGET(name) extern "C" int fuzz_##name(const std::uint8_t* data, std::size_t size);
@@ -35,7 +37,7 @@ constexpr Target kTargets[] = {
 #undef FUZZ_TARGET
 };
 
-constexpr int kChangedRuns = 300; // of a target, its files together
+constexpr int kChangedRuns = 300; // the files of a folder together
 
 // What is being run, for those who tell of a failure.
 std::string current;
@@ -70,7 +72,7 @@ void runChanged(const Target& target, const Bytes& whole, const std::string& nam
     }
 }
 
-// Whether there are files: each target must have some.
+// Whether there are files.
 bool runFolder(const Target& target, const fs::path& folder) {
     std::vector<fs::path> files;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder))
@@ -90,16 +92,14 @@ bool runFolder(const Target& target, const fs::path& folder) {
 int main(int count, char** words) {
     __sanitizer_set_death_callback(tellCurrent);
     std::signal(SIGABRT, [](int) { tellCurrent(); });
-    bool isFound = count == 2;
-    for (const Target& target : kTargets) {
-        if (count == 2 && !runFolder(target, fs::path(words[1]) / target.name))
-            return 1;
-        if (count == 3 && std::string(words[1]) == target.name) {
-            run(target, bytesOf(words[2]), words[2]);
-            isFound = true;
-        }
+    const auto* const target = std::ranges::find_if(
+        kTargets, [&](const Target& known) { return count == 3 && std::string_view(words[1]) == known.name; });
+    if (target == std::end(kTargets)) {
+        std::fprintf(stderr, "replay TARGET FILE, or replay TARGET FOLDER\n");
+        return 2;
     }
-    if (!isFound)
-        std::fprintf(stderr, "replay FOLDER, or replay TARGET FILE\n");
-    return isFound ? 0 : 2;
+    if (fs::is_directory(words[2]))
+        return runFolder(*target, words[2]) ? 0 : 1;
+    run(*target, bytesOf(words[2]), words[2]);
+    return 0;
 }
