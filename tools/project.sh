@@ -5,6 +5,9 @@ root=$(pwd)
 build_packages="cmake ninja-build g++ g++-mingw-w64-x86-64-posix libz-mingw-w64-dev zlib1g-dev pkg-config \
 wine64 wine fonts-liberation librsvg2-dev libcairo2-dev libjpeg-turbo-progs"
 
+test_packages="googletest libgtest-dev clang-format gifsicle imagemagick perl zip unzip pngcheck python3 python3-pil \
+pulseaudio pulseaudio-utils"
+
 say() { printf '%s\n' "$*" >&2; }
 die() { say "$@"; exit 1; }
 
@@ -27,15 +30,21 @@ need_packages() {
     fi
 }
 
-# build PRESET [TARGET...]: configures the preset when that has not been done, and builds; quiet unless something is wrong.
+# configure PRESET: when that has not been done, or before GoogleTest was installed.
+configure() {
+    local preset=$1 log=build/$1.log
+    mkdir -p build
+    [ ! -d /usr/src/googletest ] || [ "$preset" != windows ] || [ -d build/windows/googletest ] || rm -f build/windows/build.ninja
+    [ ! -f "build/$preset/build.ninja" ] || return 0
+    cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; die "Could not configure $preset"; }
+}
+
+# build PRESET [TARGET...]: quiet unless something is wrong.
 build() {
     local preset=$1 log=build/$1.log
+    configure "$preset"
     shift
-    mkdir -p build
-    if [ ! -f "build/$preset/build.ninja" ]; then
-        say "Building $preset"
-        cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; die "Could not configure $preset"; }
-    fi
+    say "Building $preset"
     cmake --build --preset "$preset" ${1:+--target "$@"} >"$log" 2>&1 || { cat "$log" >&2; die "Could not build $preset"; }
 }
 

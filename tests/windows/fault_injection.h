@@ -39,7 +39,8 @@ public:
     ~Injection();
 
     // Runs `act` untouched and returns, in their order, the first calls from places that no run before has shown. A
-    // place is the function and the way through the plugin that leads to it.
+    // place is the function and the nearest frames of the plugin that lead to it; with VELDRAN_TESTS=all in the
+    // environment, the whole way through the plugin.
     std::vector<Call> newPlaces(const Act& act);
 
     // Runs `act` with one call failing; false when the run makes no such call.
@@ -50,8 +51,9 @@ public:
     bool runShort(const Call& call, const Act& act);
 
     // Runs `act` with the first call from every place failing that no run before has shown, and returns those calls. Of
-    // memory and of locks only one each: the exception that follows takes memory, and a lock may be tried again.
-    std::vector<Call> runFailingNewPlaces(const Act& act);
+    // memory and of locks only one each: the exception that follows takes memory, and a lock may be tried again. Of
+    // each function's new places only every `step`-th fails, unless all are wanted.
+    std::vector<Call> runFailingNewPlaces(const Act& act, int step = 1);
 
     // For the host that takes the plugin's commands: whether it is to answer 0 this time.
     bool hostFails(const char* command);
@@ -66,6 +68,7 @@ public:
 private:
     struct Patches;
     std::unique_ptr<Patches> patches_;
+    bool isThorough_ = false;
 };
 
 } // namespace faults
