@@ -82,4 +82,11 @@ private:
     HDC dc_;
 };
 
+// Needs no object of its own, so it cannot fail.
+inline void fillBox(HDC dc, const RECT& box, COLORREF colour) {
+    const COLORREF previous = SetDCBrushColor(dc, colour);
+    FillRect(dc, &box, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    SetDCBrushColor(dc, previous);
+}
+
 } // namespace veldran

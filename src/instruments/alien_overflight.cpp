@@ -1,7 +1,7 @@
 // Alien overflight: a flight over fractal land, seen through a round or a rectangular port. The land is made once; each
 // frame is a view from another place over it, drawn at twice the size and halved when edges are to be smooth; the
 // numbers come from alien_terrain, the view from alien_view.
-#include "instruments/alien_overflight.h"
+#include "instruments/instruments.h"
 
 #include "instruments/alien_overflight_parameters.h"
 #include "instruments/alien_view.h"
@@ -14,7 +14,7 @@
 #include <algorithm>
 #include <memory>
 
-namespace veldran {
+namespace veldran::alien_overflight {
 namespace {
 
 template <Setting kSetting>
@@ -39,7 +39,7 @@ struct AlienParameters {
 
 AlienParameters readParameters(HWND dialog) {
     AlienParameters p{};
-    p.panel = alienOverflightBackground(dialog, 0);
+    p.panel = background(dialog, 0);
     p.bezel = readColour(dialog, kAlienControl<Setting::MainPlasmaBezelColor>);
     p.scale = readColour(dialog, kAlienControl<Setting::MainPlasmaScaleColor>);
     p.size = std::max(readParameter(dialog, kAlienControl<Setting::MainPlasmaSize>), 1);
@@ -111,12 +111,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openAlienOverflight(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     return std::make_unique<AlienOverflightSequence>(dialog);
 }
 
-Colour alienOverflightBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kAlienControl<Setting::MainPlasmaPanelColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::alien_overflight

@@ -1,6 +1,6 @@
 // Altimeter: three pointers over a round dial with a pressure window; the altitude follows a curve. Everything is drawn
 // in the pixels of the face and reduced at the end; the numbers come from altimeter_model.
-#include "instruments/altimeter.h"
+#include "instruments/instruments.h"
 
 #include "instruments/altimeter_model.h"
 #include "instruments/canvas_places.h"
@@ -10,7 +10,7 @@
 #include "settings/parameter_reader.h"
 #include "settings/settings_store.h"
 
-namespace veldran {
+namespace veldran::altimeter {
 namespace {
 
 constexpr int kFaceResource = 7220;
@@ -34,7 +34,7 @@ AltimeterParameters readParameters(HWND dialog) {
     p.hundreds = readColour(dialog, kAltimeterControl<Setting::MainAltimeterHunColor>);
     p.thousands = readColour(dialog, kAltimeterControl<Setting::MainAltimeterThouColor>);
     p.tenThousands = readColour(dialog, kAltimeterControl<Setting::MainAltimeterTenThouColor>);
-    p.background = altimeterBackground(dialog, 0);
+    p.background = background(dialog, 0);
     p.size = readParameter(dialog, kAltimeterControl<Setting::MainAltimeterSize>);
     if (isChecked(dialog, kAltimeterControl<Setting::MainAltimeterUsePadding>))
         p.padding = readParameter(dialog, kAltimeterControl<Setting::MainAltimeterSpacing>);
@@ -106,14 +106,14 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openAltimeter(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     Artwork face(kFaceResource);
     Artwork mask(kMaskResource);
     return face && mask ? std::make_unique<AltimeterSequence>(dialog, std::move(face), std::move(mask)) : nullptr;
 }
 
-Colour altimeterBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kAltimeterControl<Setting::MainAltimeterPanelColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::altimeter

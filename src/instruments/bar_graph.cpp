@@ -1,6 +1,6 @@
 // Bar graph: a bar that fills. The empty and the full bar are painted once; a frame takes its left columns from the
 // full one and the rest from the empty one; the numbers come from bar_graph_model.
-#include "instruments/bar_graph.h"
+#include "instruments/instruments.h"
 
 #include "host/host_link.h"
 #include "instruments/bar_graph_model.h"
@@ -14,7 +14,7 @@
 #include <cstring>
 #include <memory>
 
-namespace veldran {
+namespace veldran::bar_graph {
 namespace {
 
 constexpr int kUnlitWeight = 50;      // of a dark segment's own colour, in 255ths
@@ -61,7 +61,7 @@ BarGraphParameters readParameters(HWND dialog) {
 
 BarGraphColours readColours(HWND dialog) {
     return {readColour(dialog, kBarGraphControl<Setting::MainBarGraphLeftColor>),
-            readColour(dialog, kBarGraphControl<Setting::MainBarGraphRightColor>), barGraphBackground(dialog, 0),
+            readColour(dialog, kBarGraphControl<Setting::MainBarGraphRightColor>), background(dialog, 0),
             readColour(dialog, kBarGraphControl<Setting::MainBarGraphBorderColor>),
             readColour(dialog, kBarGraphControl<Setting::MainBarGraphPadColor>)};
 }
@@ -226,7 +226,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openBarGraph(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams* host) {
     BarGraphScene scene{};
     scene.parameters = readParameters(dialog);
     scene.colours = readColours(dialog);
@@ -242,8 +242,8 @@ std::unique_ptr<FrameSequence> openBarGraph(HWND dialog, HostParams* host) {
     return std::make_unique<BarGraphSequence>(dialog, std::move(scene));
 }
 
-Colour barGraphBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kBarGraphControl<Setting::MainBarGraphPanelColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::bar_graph

@@ -1,6 +1,6 @@
 // Bubble chamber: a glass tank, three populations of bubbles that rise in it, and the shade along its edges. Drawn at
 // twice the output's size and halved; places and shades come from bubble_model.
-#include "instruments/bubble_chamber.h"
+#include "instruments/instruments.h"
 
 #include "instruments/bubble_chamber_parameters.h"
 #include "instruments/bubble_model.h"
@@ -15,7 +15,7 @@
 #include <map>
 #include <utility>
 
-namespace veldran {
+namespace veldran::bubble_chamber {
 namespace {
 
 constexpr int kReduction = 50; // per cent
@@ -65,7 +65,7 @@ BubbleChamberLook readLook(HWND dialog) {
     BubbleChamberLook look{};
     look.glass = readColour(dialog, kBubbleControl<Setting::MainBubbleBlueColor>);
     look.bubbles = readColour(dialog, kBubbleControl<Setting::MainBubbleWhiteColor>);
-    look.background = bubbleChamberBackground(dialog, 0);
+    look.background = background(dialog, 0);
     look.bevelDepth = readParameter(dialog, kBubbleControl<Setting::MainBubbleBevelFactor>);
     look.useBevel = isChecked(dialog, kBubbleControl<Setting::MainBubbleUseBevel>);
     look.roundCorners = isChecked(dialog, kBubbleControl<Setting::MainBubbleUseRoundCorners>);
@@ -173,14 +173,14 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openBubbleChamber(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     return std::make_unique<BubbleChamberSequence>(dialog);
 }
 
-Colour bubbleChamberBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     const bool round = isChecked(dialog, kBubbleControl<Setting::MainBubbleUseRoundCorners>);
     return backgroundOr(dialog, readColour(dialog, round ? kBubbleControl<Setting::MainBubblePanelColor>
                                                          : kBubbleControl<Setting::MainBubbleBlueColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::bubble_chamber

@@ -1,6 +1,6 @@
 // Countdown: segment digits on a panel, with a bevelled frame around. Drawn in the pixels of the large digits and
 // reduced at the end; clock, places and the frame's lines come from countdown_model.
-#include "instruments/countdown.h"
+#include "instruments/instruments.h"
 
 #include "instruments/canvas_places.h"
 #include "instruments/countdown_model.h"
@@ -19,7 +19,7 @@
 #include <map>
 #include <utility>
 
-namespace veldran {
+namespace veldran::countdown {
 namespace {
 
 constexpr int kLargeResource = 7208;
@@ -159,15 +159,15 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openCountdown(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams* host) {
     Artwork large(kLargeResource);
     Artwork small(kSmallResource);
     return large && small ? std::make_unique<CountdownSequence>(dialog, host, std::move(large), std::move(small))
                           : nullptr;
 }
 
-Colour countdownBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return isChecked(dialog, kControlAlpha) ? backgroundOr(dialog, 0) : kNoColour;
 }
 
-} // namespace veldran
+} // namespace veldran::countdown

@@ -1,7 +1,7 @@
 // Data pad: a page of text in a case whose lamps, bars and marks follow the frame and its topmost line. Everything is
 // drawn in the pixels of the case and reduced at the end; the numbers come from data_pad_model. What is alike in all
 // frames (page, shadow, case, the type in its colours) is drawn once.
-#include "instruments/data_pad.h"
+#include "instruments/instruments.h"
 
 #include "base/file.h"
 #include "base/gdi.h"
@@ -22,7 +22,7 @@
 #include <algorithm>
 #include <memory>
 
-namespace veldran {
+namespace veldran::data_pad {
 namespace {
 
 constexpr int kTypeResource = 7217;
@@ -279,7 +279,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openDataPad(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     const WaitCursor cursor;
     DataPadParameters parameters = readParameters(dialog);
     std::optional<TextPage> page = readPage(dialog);
@@ -290,4 +290,4 @@ std::unique_ptr<FrameSequence> openDataPad(HWND dialog, HostParams*) {
     return std::make_unique<DataPadSequence>(dialog, std::move(parameters), std::move(artwork));
 }
 
-} // namespace veldran
+} // namespace veldran::data_pad

@@ -1,25 +1,8 @@
 // Joins the instruments' names and panels with the entries that draw them.
 #include "instruments/effect_registry.h"
 
-#include "instruments/alien_overflight.h"
-#include "instruments/altimeter.h"
-#include "instruments/bar_graph.h"
-#include "instruments/bubble_chamber.h"
-#include "instruments/countdown.h"
-#include "instruments/data_pad.h"
 #include "instruments/effect_list.h"
-#include "instruments/frame_loop.h"
-#include "instruments/jacobs_ladder.h"
-#include "instruments/led_meter.h"
-#include "instruments/lissajous.h"
-#include "instruments/magic_eye.h"
-#include "instruments/needle_meter.h"
-#include "instruments/plasma_arc.h"
-#include "instruments/radar.h"
-#include "instruments/sound_map.h"
-#include "instruments/sound_scan.h"
-#include "instruments/stopwatch.h"
-#include "instruments/tachometer.h"
+#include "instruments/instruments.h"
 #include "settings/parameter_reader.h"
 
 #include <algorithm>
@@ -43,26 +26,26 @@ constexpr Entries drawable(Colour (*background)(HWND, int)) {
 
 // In the order of the effect list.
 constexpr Entries kDrawable[] = {
-    drawable<openAlienOverflight>(alienOverflightBackground),
-    drawable<openAltimeter>(altimeterBackground),
-    drawable<openSpectrum>(spectrumBackground),
-    drawable<openRectangularVuMeter>(rectangularVuMeterBackground),
-    drawable<openRoundVuMeter>(roundVuMeterBackground),
-    drawable<openBarGraph>(barGraphBackground),
-    drawable<openBubbleChamber>(bubbleChamberBackground),
-    drawable<openCountdown>(countdownBackground),
-    drawable<openHorizontalVuMeter>(horizontalVuMeterBackground),
-    drawable<openVerticalVuMeter>(verticalVuMeterBackground),
-    drawable<openDataPad>(countdownBackground),
-    drawable<openJacobsLadder>(jacobsLadderBackground),
-    drawable<openLissajous>(lissajousBackground),
-    drawable<openMagicEye>(magicEyeBackground),
-    drawable<openPlasmaArc>(plasmaArcBackground),
-    drawable<openRadar>(radarBackground),
-    drawable<openTachometer>(tachometerBackground),
-    drawable<openSoundMap>(soundMapBackground),
-    drawable<openSoundScan>(soundScanBackground),
-    drawable<openStopwatch>(stopwatchBackground),
+    drawable<alien_overflight::open>(alien_overflight::background),
+    drawable<altimeter::open>(altimeter::background),
+    drawable<led_meter::openSpectrum>(led_meter::spectrumBackground),
+    drawable<needle_meter::openRectangular>(needle_meter::rectangularBackground),
+    drawable<needle_meter::openRound>(needle_meter::roundBackground),
+    drawable<bar_graph::open>(bar_graph::background),
+    drawable<bubble_chamber::open>(bubble_chamber::background),
+    drawable<countdown::open>(countdown::background),
+    drawable<led_meter::openHorizontal>(led_meter::horizontalBackground),
+    drawable<led_meter::openVertical>(led_meter::verticalBackground),
+    drawable<data_pad::open>(countdown::background),
+    drawable<jacobs_ladder::open>(jacobs_ladder::background),
+    drawable<lissajous::open>(lissajous::background),
+    drawable<magic_eye::open>(magic_eye::background),
+    drawable<plasma_arc::open>(plasma_arc::background),
+    drawable<radar::open>(radar::background),
+    drawable<tachometer::open>(tachometer::background),
+    drawable<sound_map::open>(sound_map::background),
+    drawable<sound_scan::open>(sound_scan::background),
+    drawable<stopwatch::open>(stopwatch::background),
 };
 static_assert(std::size(kDrawable) == kEffectCount);
 

@@ -1,6 +1,6 @@
 // Jacob's ladder: two rods that part as they rise from a base, and an arc that climbs them. Rods and base are painted
 // once; each frame is a copy of them with the arc's light added; the numbers come from jacobs_ladder_model.
-#include "instruments/jacobs_ladder.h"
+#include "instruments/instruments.h"
 
 #include "instruments/jacobs_ladder_model.h"
 #include "instruments/painted_scene.h"
@@ -11,7 +11,7 @@
 #include <cmath>
 #include <memory>
 
-namespace veldran {
+namespace veldran::jacobs_ladder {
 namespace {
 
 struct LadderColours {
@@ -43,7 +43,7 @@ LadderParameters readParameters(HWND dialog) {
 }
 
 LadderColours readColours(HWND dialog) {
-    return {readColour(dialog, kJacobsLadderControl<Setting::MainLadderWhiteColor>), jacobsLadderBackground(dialog, 0),
+    return {readColour(dialog, kJacobsLadderControl<Setting::MainLadderWhiteColor>), background(dialog, 0),
             readColour(dialog, kJacobsLadderControl<Setting::MainLadderElectrodeColor>),
             readColour(dialog, kJacobsLadderControl<Setting::MainLadderBaseColor>)};
 }
@@ -142,12 +142,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openJacobsLadder(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     return std::make_unique<JacobsLadderSequence>(dialog);
 }
 
-Colour jacobsLadderBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kJacobsLadderControl<Setting::MainLadderBlueColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::jacobs_ladder

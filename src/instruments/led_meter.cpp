@@ -1,7 +1,7 @@
 // Meters made of LEDs: both digital VU meters, and the spectrum with a column for each band. Drawn at twice the
 // output's size and halved where that is wanted. What stands still is drawn once; the LEDs come from led_strip, their
 // places from led_meter_model.
-#include "instruments/led_meter.h"
+#include "instruments/instruments.h"
 
 #include "base/gdi.h"
 #include "instruments/canvas_places.h"
@@ -22,7 +22,7 @@
 #include <string>
 #include <string_view>
 
-namespace veldran {
+namespace veldran::led_meter {
 namespace {
 
 constexpr Colour kWhite = makeColour(255, 255, 255);
@@ -365,19 +365,19 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openVerticalVuMeter(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> openVertical(HWND dialog, HostParams* host) {
     return std::make_unique<LedMeterSequence>(dialog, host, kVertical);
 }
 
-Colour verticalVuMeterBackground(HWND dialog, int) {
+Colour verticalBackground(HWND dialog, int) {
     return backgroundOf(dialog, kVertical);
 }
 
-std::unique_ptr<FrameSequence> openHorizontalVuMeter(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> openHorizontal(HWND dialog, HostParams* host) {
     return std::make_unique<LedMeterSequence>(dialog, host, kHorizontal);
 }
 
-Colour horizontalVuMeterBackground(HWND dialog, int) {
+Colour horizontalBackground(HWND dialog, int) {
     return backgroundOf(dialog, kHorizontal);
 }
 
@@ -389,4 +389,4 @@ Colour spectrumBackground(HWND dialog, int) {
     return backgroundOf(dialog, kSpectrum);
 }
 
-} // namespace veldran
+} // namespace veldran::led_meter

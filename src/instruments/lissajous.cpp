@@ -1,6 +1,6 @@
 // Lissajous figure: the beam of an oscilloscope. Drawn at twice the output's size and halved. The curve comes from
 // lissajous_model, the rest of the picture from scope_face.
-#include "instruments/lissajous.h"
+#include "instruments/instruments.h"
 
 #include "instruments/canvas_places.h"
 #include "instruments/lissajous_model.h"
@@ -9,7 +9,7 @@
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
 
-namespace veldran {
+namespace veldran::lissajous {
 namespace {
 
 template <Setting kSetting>
@@ -64,12 +64,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openLissajous(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     return std::make_unique<LissajousSequence>(dialog, readParameters(dialog));
 }
 
-Colour lissajousBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return scopeBackground(dialog, kScopeControls);
 }
 
-} // namespace veldran
+} // namespace veldran::lissajous

@@ -1,6 +1,6 @@
 // Magic eye: tuning indicator tubes whose shadows follow the levels of a sound, one tube a channel. Drawn at twice the
 // output's size and halved where that is wanted; the tube itself is eye_tube's.
-#include "instruments/magic_eye.h"
+#include "instruments/instruments.h"
 
 #include "instruments/eye_tube.h"
 #include "instruments/magic_eye_parameters.h"
@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace veldran {
+namespace veldran::magic_eye {
 namespace {
 
 constexpr int kSmallest = 16; // output pixels, for hosts that write ranges of their own
@@ -26,7 +26,7 @@ constexpr SoundControls kSoundControls = {kEyeControl<Setting::MainMagicEyeChann
 class MagicEyeSequence : public FrameSequence {
 public:
     MagicEyeSequence(HWND dialog, const HostParams* host)
-        : FrameSequence(dialog), background_(magicEyeBackground(dialog, 0)),
+        : FrameSequence(dialog), background_(background(dialog, 0)),
           sound_(readSoundFrames(dialog, kSoundControls,
                                  readParameter(dialog, kEyeControl<Setting::MainMagicEyeFrames>),
                                  SoundMeasure::Levels)),
@@ -90,12 +90,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openMagicEye(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams* host) {
     return std::make_unique<MagicEyeSequence>(dialog, host);
 }
 
-Colour magicEyeBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kEyeControl<Setting::MainMagicEyeBlackColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::magic_eye

@@ -1,6 +1,6 @@
 // Analog VU meters: needles that follow the levels of a sound, one meter a channel. Everything is drawn in the pixels
 // of the artwork and reduced at the end; the numbers come from needle_meter_model.
-#include "instruments/needle_meter.h"
+#include "instruments/instruments.h"
 
 #include "instruments/canvas_places.h"
 #include "instruments/needle_meter_model.h"
@@ -18,7 +18,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace veldran {
+namespace veldran::needle_meter {
 namespace {
 
 constexpr Colour kNeedleLit = makeColour(92, 84, 78);
@@ -204,20 +204,20 @@ std::unique_ptr<FrameSequence> openMeter(HWND dialog, const HostParams* host, co
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openRectangularVuMeter(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> openRectangular(HWND dialog, HostParams* host) {
     return openMeter(dialog, host, kRectangular);
 }
 
-Colour rectangularVuMeterBackground(HWND dialog, int) {
+Colour rectangularBackground(HWND dialog, int) {
     return backgroundOf(dialog, kRectangular);
 }
 
-std::unique_ptr<FrameSequence> openRoundVuMeter(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> openRound(HWND dialog, HostParams* host) {
     return openMeter(dialog, host, kRound);
 }
 
-Colour roundVuMeterBackground(HWND dialog, int) {
+Colour roundBackground(HWND dialog, int) {
     return backgroundOf(dialog, kRound);
 }
 
-} // namespace veldran
+} // namespace veldran::needle_meter

@@ -1,7 +1,7 @@
 // Plasma arc: a glass tube with arcs between two capped electrodes. Tube, caps and electrodes are painted once; each
 // frame is a copy of them with the light of its arcs and of the last two frames' added; the numbers come from
 // plasma_arc_model.
-#include "instruments/plasma_arc.h"
+#include "instruments/instruments.h"
 
 #include "instruments/painted_scene.h"
 #include "instruments/plasma_arc_model.h"
@@ -12,7 +12,7 @@
 #include <cmath>
 #include <memory>
 
-namespace veldran {
+namespace veldran::plasma_arc {
 namespace {
 
 constexpr std::uint32_t kBrightestGhost = 99; // per cent
@@ -57,7 +57,7 @@ PlasmaColours readColours(HWND dialog) {
     c.tube = readColour(dialog, kPlasmaArcControl<Setting::MainArclightTubeColor>);
     c.caps = readColour(dialog, kPlasmaArcControl<Setting::MainArclightCapColor>);
     c.electrodes = readColour(dialog, kPlasmaArcControl<Setting::MainArclightElectrodeColor>);
-    c.panel = plasmaArcBackground(dialog, 0);
+    c.panel = background(dialog, 0);
     return c;
 }
 
@@ -230,12 +230,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openPlasmaArc(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     return std::make_unique<PlasmaArcSequence>(dialog);
 }
 
-Colour plasmaArcBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kPlasmaArcControl<Setting::MainArclightPanelColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::plasma_arc

@@ -1,6 +1,6 @@
 // Radar: a round screen, a sweep with an afterglow, the graticule over it, and markers that light up under the sweep.
 // Everything is drawn in the pixels of the graticule and reduced at the end; the numbers come from radar_model.
-#include "instruments/radar.h"
+#include "instruments/instruments.h"
 
 #include "base/gdi.h"
 #include "instruments/canvas_places.h"
@@ -22,7 +22,7 @@
 #include <memory>
 #include <utility>
 
-namespace veldran {
+namespace veldran::radar {
 namespace {
 
 constexpr int kGraticuleResource = 7210;
@@ -68,7 +68,7 @@ RadarParameters readParameters(HWND dialog) {
     p.screen = readColour(dialog, kRadarControl<Setting::MainRadarBlackColor>);
     p.scale = readColour(dialog, kRadarControl<Setting::MainRadarWhiteColor>);
     p.marker = readColour(dialog, kRadarControl<Setting::MainRadarMarkerColor>);
-    p.background = radarBackground(dialog, 0);
+    p.background = background(dialog, 0);
     p.size = readParameter(dialog, kRadarControl<Setting::MainRadarSize>);
     p.padding = readParameter(dialog, kRadarControl<Setting::MainRadarPadding>);
     p.increment = readChoiceNumber(dialog, kRadarControl<Setting::MainRadarIncrement>);
@@ -308,13 +308,13 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openRadar(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     Artwork graticule(kGraticuleResource);
     return graticule ? std::make_unique<RadarSequence>(dialog, std::move(graticule)) : nullptr;
 }
 
-Colour radarBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kRadarControl<Setting::MainRadarPanelColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::radar

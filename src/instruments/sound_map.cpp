@@ -1,5 +1,5 @@
 // Sound map: an oscilloscope whose beam writes, in each frame, the wave of one part of a sound.
-#include "instruments/sound_map.h"
+#include "instruments/instruments.h"
 
 #include "instruments/scope_face.h"
 #include "instruments/scope_sound.h"
@@ -7,7 +7,7 @@
 #include "settings/output_options.h"
 #include "settings/parameter_reader.h"
 
-namespace veldran {
+namespace veldran::sound_map {
 namespace {
 
 constexpr float kExposure = 1;
@@ -90,12 +90,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openSoundMap(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams* host) {
     return std::make_unique<SoundMapSequence>(dialog, host, readScreen(dialog));
 }
 
-Colour soundMapBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return scopeBackground(dialog, kScopeControls);
 }
 
-} // namespace veldran
+} // namespace veldran::sound_map

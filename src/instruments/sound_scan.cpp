@@ -1,5 +1,5 @@
 // Sound scan: the beam of an oscilloscope writes a whole sound from left to right, once.
-#include "instruments/sound_scan.h"
+#include "instruments/instruments.h"
 
 #include "instruments/real_time.h"
 #include "instruments/scope_face.h"
@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace veldran {
+namespace veldran::sound_scan {
 namespace {
 
 // The beam is far quicker here than where it shows a part of a sound, and the light stronger for it. Chosen by eye.
@@ -129,12 +129,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openSoundScan(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams* host) {
     return std::make_unique<SoundScanSequence>(dialog, readParameters(dialog, host));
 }
 
-Colour soundScanBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return scopeBackground(dialog, kScopeControls);
 }
 
-} // namespace veldran
+} // namespace veldran::sound_scan

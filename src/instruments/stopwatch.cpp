@@ -1,6 +1,6 @@
 // Stopwatch: a large hand that turns once a minute and a small one that counts minutes; frame n shows n seconds.
 // Everything is drawn in the pixels of the dial and reduced at the end; the numbers come from stopwatch_model.
-#include "instruments/stopwatch.h"
+#include "instruments/instruments.h"
 
 #include "instruments/canvas_places.h"
 #include "instruments/dial.h"
@@ -9,7 +9,7 @@
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
 
-namespace veldran {
+namespace veldran::stopwatch {
 namespace {
 
 constexpr int kDialResource = 7213;
@@ -29,7 +29,7 @@ StopwatchParameters readParameters(HWND dialog) {
     StopwatchParameters p{};
     p.largeHand = readColour(dialog, kStopwatchControl<Setting::MainStopwatchLargeHandColor>);
     p.smallHand = readColour(dialog, kStopwatchControl<Setting::MainStopwatchSmallHandColor>);
-    p.background = stopwatchBackground(dialog, 0);
+    p.background = background(dialog, 0);
     p.size = readParameter(dialog, kStopwatchControl<Setting::MainStopwatchSize>);
     if (isChecked(dialog, kStopwatchControl<Setting::MainStopwatchUsePadding>))
         p.padding = readParameter(dialog, kStopwatchControl<Setting::MainStopwatchPadding>);
@@ -81,14 +81,14 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openStopwatch(HWND dialog, HostParams* host) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams* host) {
     Artwork face(kDialResource);
     Artwork mask(kMaskResource);
     return face && mask ? std::make_unique<StopwatchSequence>(dialog, host, std::move(face), std::move(mask)) : nullptr;
 }
 
-Colour stopwatchBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kStopwatchControl<Setting::MainStopwatchBackColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::stopwatch

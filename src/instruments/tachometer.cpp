@@ -1,6 +1,6 @@
 // Tachometer: a needle over a round dial that follows a curve of speeds. Everything is drawn in the pixels of the dial
 // and reduced at the end; the numbers come from tachometer_model.
-#include "instruments/tachometer.h"
+#include "instruments/instruments.h"
 
 #include "instruments/canvas_places.h"
 #include "instruments/dial.h"
@@ -9,7 +9,7 @@
 #include "render/shapes.h"
 #include "settings/parameter_reader.h"
 
-namespace veldran {
+namespace veldran::tachometer {
 namespace {
 
 constexpr int kDialResource = 7211;
@@ -25,7 +25,7 @@ struct TachometerParameters {
 
 TachometerParameters readParameters(HWND dialog) {
     TachometerParameters p{};
-    p.background = tachometerBackground(dialog, 0);
+    p.background = background(dialog, 0);
     p.size = readParameter(dialog, kTachometerControl<Setting::MainTachSize>);
     p.padding = readParameter(dialog, kTachometerControl<Setting::MainTachPadding>);
     p.speeds = tachometerSpeeds(readText(dialog, kTachometerControl<Setting::MainTachDataPointList>),
@@ -68,14 +68,14 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSequence> openTachometer(HWND dialog, HostParams*) {
+std::unique_ptr<FrameSequence> open(HWND dialog, HostParams*) {
     Artwork face(kDialResource);
     const Artwork mask(kMaskResource);
     return face && mask ? std::make_unique<TachometerSequence>(dialog, std::move(face), mask) : nullptr;
 }
 
-Colour tachometerBackground(HWND dialog, int) {
+Colour background(HWND dialog, int) {
     return backgroundOr(dialog, readColour(dialog, kTachometerControl<Setting::MainTachBlackColor>));
 }
 
-} // namespace veldran
+} // namespace veldran::tachometer

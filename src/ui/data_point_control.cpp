@@ -23,11 +23,6 @@ constexpr COLORREF kSeam = RGB(16, 20, 28);
 constexpr COLORREF kCurve = RGB(255, 232, 120);
 constexpr int kLongestText = 260; // as much of the button's text as instruments read, with its NUL
 
-void fill(HDC dc, const RECT& box, COLORREF colour) {
-    const Brush brush(CreateSolidBrush(colour));
-    FillRect(dc, &box, brush.get());
-}
-
 void strokeCurve(HDC dc, std::span<const POINT> places, int width, COLORREF colour) {
     const Pen pen(CreatePen(PS_SOLID, width, colour));
     const Selected selected(dc, pen.get());
@@ -51,7 +46,7 @@ void PointBackdrop::drawSky(HDC dc, const RECT& plot) const {
     const LockedBlock block(sky_.get());
     const std::optional<ImageView> view = block ? viewPackedBitmap(block.bytes()) : std::nullopt;
     if (!view) {
-        fill(dc, plot, kPlainSky);
+        fillBox(dc, plot, kPlainSky);
         return;
     }
     const int previous = SetStretchBltMode(dc, HALFTONE);
@@ -66,10 +61,10 @@ void PointBackdrop::draw(HDC dc, const RECT& plot) const {
         drawSky(dc, plot);
         return;
     }
-    fill(dc, plot, kDarkField);
+    fillBox(dc, plot, kDarkField);
     RECT red = plot;
     red.bottom = plotPosition(plot, {0, kRedZone}).y;
-    fill(dc, red, kRedField);
+    fillBox(dc, red, kRedField);
 }
 
 POINT plotPosition(const RECT& plot, DataPoint point) {

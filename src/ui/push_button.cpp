@@ -40,23 +40,17 @@ COLORREF mixed(COLORREF first, COLORREF second, int share) {
                channel(GetBValue(first), GetBValue(second)));
 }
 
-void fill(HDC dc, const RECT& box, COLORREF colour) {
-    const COLORREF previous = SetDCBrushColor(dc, colour);
-    FillRect(dc, &box, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-    SetDCBrushColor(dc, previous);
-}
-
 void frame(HDC dc, const RECT& box, COLORREF colour, int width) {
-    fill(dc, {box.left, box.top, box.right, box.top + width}, colour);
-    fill(dc, {box.left, box.bottom - width, box.right, box.bottom}, colour);
-    fill(dc, {box.left, box.top, box.left + width, box.bottom}, colour);
-    fill(dc, {box.right - width, box.top, box.right, box.bottom}, colour);
+    fillBox(dc, {box.left, box.top, box.right, box.top + width}, colour);
+    fillBox(dc, {box.left, box.bottom - width, box.right, box.bottom}, colour);
+    fillBox(dc, {box.left, box.top, box.left + width, box.bottom}, colour);
+    fillBox(dc, {box.right - width, box.top, box.right, box.bottom}, colour);
 }
 
 void fillGradient(HDC dc, const RECT& box, COLORREF top, COLORREF bottom) {
     const int height = box.bottom - box.top;
     for (int y = 0; y < height; ++y)
-        fill(dc, {box.left, box.top + y, box.right, box.top + y + 1},
+        fillBox(dc, {box.left, box.top + y, box.right, box.top + y + 1},
              mixed(top, bottom, y * 256 / std::max(height, 1)));
 }
 
@@ -75,7 +69,7 @@ COLORREF systemText(const ButtonState& state) {
 COLORREF drawFlat(const ButtonState& state) {
     const COLORREF face = mixed(GetSysColor(COLOR_BTNFACE), GetSysColor(COLOR_WINDOW), state.disabled ? 64 : 192);
     const COLORREF accent = GetSysColor(COLOR_HIGHLIGHT);
-    fill(state.dc, state.box, state.pressed ? mixed(face, accent, 64) : face);
+    fillBox(state.dc, state.box, state.pressed ? mixed(face, accent, 64) : face);
     const bool accented = !state.disabled && (state.isDefault || state.pressed);
     frame(state.dc, state.box, accented ? accent : GetSysColor(COLOR_BTNSHADOW), accented ? scaled(2) : 1);
     return systemText(state);
@@ -92,7 +86,7 @@ COLORREF drawRaised(const ButtonState& state) {
     }
     DrawEdge(state.dc, &box, state.pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
     if (state.disabled)
-        fill(state.dc, box, face);
+        fillBox(state.dc, box, face);
     else
         fillGradient(state.dc, box, state.pressed ? dark : light, state.pressed ? face : dark);
     return systemText(state);
@@ -100,7 +94,7 @@ COLORREF drawRaised(const ButtonState& state) {
 
 COLORREF drawDark(const ButtonState& state) {
     const int diameter = scaled(8);
-    fill(state.dc, state.box, GetSysColor(COLOR_BTNFACE)); // shows outside of the round corners
+    fillBox(state.dc, state.box, GetSysColor(COLOR_BTNFACE)); // shows outside of the round corners
     const int saved = SaveDC(state.dc);
     BeginPath(state.dc);
     RoundRect(state.dc, state.box.left, state.box.top, state.box.right, state.box.bottom, diameter, diameter);
@@ -120,7 +114,7 @@ COLORREF drawDark(const ButtonState& state) {
 
 COLORREF drawEtched(const ButtonState& state) {
     RECT box = state.box;
-    fill(state.dc, box, state.pressed ? GetSysColor(COLOR_3DLIGHT) : GetSysColor(COLOR_BTNFACE));
+    fillBox(state.dc, box, state.pressed ? GetSysColor(COLOR_3DLIGHT) : GetSysColor(COLOR_BTNFACE));
     if (state.isDefault) {
         frame(state.dc, box, GetSysColor(COLOR_WINDOWFRAME), 1);
         InflateRect(&box, -1, -1);
