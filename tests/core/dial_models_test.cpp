@@ -60,9 +60,8 @@ TEST(TachometerModel, OddListsStayInTheTable) {
 TEST(TachometerModel, NeedleTurnsInWholeDegrees) {
     const std::pair<double, CanvasPoint> cases[] = {
         {0, {74, 386}}, {.6, {365, 64}}, {1, {467, 389}}, {-.25, {272, 500}}};
-    for (const auto& [speed, tip] : cases) {
+    for (const auto& [speed, tip] : cases)
         EXPECT_EQ(tachometerNeedle(50, speed).tip, (CanvasPoint{tip.x + 50, tip.y + 50})) << speed;
-    }
     EXPECT_EQ(tachometerNeedle(50, 0).pivot, (CanvasPoint{322, 322}));
 }
 
@@ -97,24 +96,20 @@ TEST(AltimeterModel, DrumShowsThePressureAndItsNeighbours) {
     EXPECT_EQ(altimeterDrum(0, UINT32_MAX)[2].text, " 429496729.6");
 }
 
-// A pointer is as wide to the left as to the right, its tip points where its angle says, and a full turn and the margin
-// only move it.
+// The longest pointer first; its tip points where its angle says, and a full turn and the margin only move it.
 TEST(AltimeterModel, PointersAndHubStandAboutThePivot) {
     const AltimeterPointers up = altimeterPointers(0, {0, 0, 0});
     const AltimeterPointers right = altimeterPointers(10, {90, 450, -270});
-    const std::vector<CanvasPoint>* const pairs[][2] = {
-        {&up.hundreds, &right.hundreds}, {&up.thousands, &right.thousands}, {&up.tenThousands, &right.tenThousands}};
     int reach = 400;
-    for (const auto& [upright, turned] : pairs) {
-        const std::size_t corners = upright->size();
-        EXPECT_EQ(upright->front().x, 384);
-        EXPECT_LT(384 - upright->front().y, reach); // the longest first
-        reach = 384 - upright->front().y;
-        EXPECT_EQ(turned->front(), (CanvasPoint{394 + reach, 394}));
-        for (std::size_t i = 1; i < corners; ++i) {
-            EXPECT_EQ((*upright)[i].x + (*upright)[corners - i].x, 2 * 384);
-            EXPECT_EQ((*upright)[i].y, (*upright)[corners - i].y);
-            EXPECT_EQ((*turned)[i], (CanvasPoint{394 + 384 - (*upright)[i].y, 394 + (*upright)[i].x - 384}));
+    for (const auto pointer :
+         {&AltimeterPointers::hundreds, &AltimeterPointers::thousands, &AltimeterPointers::tenThousands}) {
+        const std::vector<CanvasPoint>&upright = up.*pointer, &turned = right.*pointer;
+        EXPECT_LT(384 - upright.front().y, reach);
+        reach = 384 - upright.front().y;
+        for (std::size_t i = 0; i < upright.size(); ++i) {
+            const CanvasPoint corner = upright[i], opposite = upright[(upright.size() - i) % upright.size()];
+            EXPECT_EQ(opposite, (CanvasPoint{2 * 384 - corner.x, corner.y}));
+            EXPECT_EQ(turned[i], (CanvasPoint{394 + 384 - corner.y, 394 + corner.x - 384}));
         }
     }
     const std::array<HubDisc, 12> hub = altimeterHub(7);
@@ -268,15 +263,12 @@ constexpr SweepDirection kCounter = SweepDirection::CounterClockwise;
 const RadarGeometry kRadar = radarGeometry(526, 526, 160, 10);
 
 TEST(RadarModel, GeometryFollowsFromSizeAndPadding) {
-    const struct {
-        int size, padding;
-        int unit, pad, side, centre, percent;
-    } cases[] = {{160, 10, 3, 30, 586, 293, 33}, {48, 2, 10, 20, 566, 283, 10}, {256, 128, 2, 256, 1038, 519, 50}};
+    const std::array<int, 9> cases[] = {{160, 10, 3, 30, 586, 586, 293, 293, 33},
+                                        {48, 2, 10, 20, 566, 566, 283, 283, 10},
+                                        {256, 128, 2, 256, 1038, 1038, 519, 519, 50}};
     for (const auto& c : cases) {
-        const RadarGeometry g = radarGeometry(526, 526, c.size, c.padding);
-        EXPECT_EQ((std::array{g.unit, g.pad, g.width, g.height, g.centre.x, g.centre.y, g.percent}),
-                  (std::array{c.unit, c.pad, c.side, c.side, c.centre, c.centre, c.percent}))
-            << c.size;
+        const RadarGeometry g = radarGeometry(526, 526, c[0], c[1]);
+        EXPECT_EQ((std::array{c[0], c[1], g.unit, g.pad, g.width, g.height, g.centre.x, g.centre.y, g.percent}), c);
     }
     EXPECT_EQ(radarGeometry(100, 526, 160, 0).centre, (CanvasPoint{50, 263}));
 }

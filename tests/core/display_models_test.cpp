@@ -289,14 +289,12 @@ TEST(LissajousModel, CurveFollowsFrequenciesAndPhases) {
 TEST(LissajousModel, IncrementTurnsOnePhase) {
     const std::tuple<int, int, int> cases[] = {{3, 120, 15}, {-60, 6, -300}, {0, 360, 5}, {INT_MIN, 1, -1800}};
     for (const auto& [increment, frames, atFive] : cases) {
+        EXPECT_EQ(lissajousFrameCount(increment), frames) << increment;
         LissajousParameters p = kFigure;
         p.increment = increment;
-        EXPECT_EQ(lissajousFrameCount(increment), frames) << increment;
-        EXPECT_EQ(lissajousPhases(p, 5).x, atFive);
-        EXPECT_EQ(lissajousPhases(p, 5).y, 0);
+        EXPECT_TRUE(lissajousPhases(p, 5).x == atFive && lissajousPhases(p, 5).y == 0) << increment;
         p.varyY = true;
-        EXPECT_EQ(lissajousPhases(p, 5).x, 0);
-        EXPECT_EQ(lissajousPhases(p, 5).y, atFive);
+        EXPECT_TRUE(lissajousPhases(p, 5).x == 0 && lissajousPhases(p, 5).y == atFive) << increment;
     }
 }
 

@@ -28,6 +28,7 @@ TEST(DataPoints, AreReadUpToTheFirstMalformedOne) {
         many += std::to_string(i) + ",1;";
     EXPECT_EQ(parseDataPoints(many).size(), 24u);
     EXPECT_EQ(parseDataPoints(many).back().position, 23);
+    EXPECT_EQ(editableDataPoints(std::vector<DataPoint>(30)).size(), 24u);
 }
 
 TEST(DataPoints, AreOrderedBeforeTheyAreEdited) {

@@ -211,15 +211,10 @@ void expectPlainBands(const WaveFormat& format, const Bytes& samples, std::uint3
 Bytes samplesOf(const WaveFormat& format, std::size_t bytes, const std::function<double(std::size_t)>& wave) {
     std::vector<int> values;
     for (std::size_t i = 0; i < bytes; ++i)
-        values.push_back(static_cast<int>(std::lround(wave(i) * (format.bitsPerSample == 8 ? 127 : 32767))));
-    if (format.bitsPerSample == 16) {
-        Bytes samples = words(values);
-        samples.resize(bytes);
-        return samples;
-    }
-    Bytes samples;
-    for (const int value : values)
-        samples.push_back(static_cast<std::uint8_t>(value + 127));
+        values.push_back(static_cast<int>(format.bitsPerSample == 8 ? std::lround(wave(i) * 127) + 127
+                                                                    : std::lround(wave(i) * 32767)));
+    Bytes samples = format.bitsPerSample == 8 ? Bytes(values.begin(), values.end()) : words(values);
+    samples.resize(bytes);
     return samples;
 }
 

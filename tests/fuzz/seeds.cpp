@@ -195,11 +195,10 @@ void seedGifs() {
     seed("gif", "interlaced", joined(gif, {0}));
     dictionary("gif", {"GIF89a", "GIF87a", std::string("!\xF9\4\5\1\0\1\0", 8), "!\xFF\vNETSCAPE2.0\3\1", "!\xFE",
                        std::string(",\0\0\0\0", 5), "[Voltane #1]\n", ";"});
-    seed("lzw", "codes", joined({7, 44, 1, 0}, stage::compressLzw({noise(300)}, 8)));
-    seed("lzw", "indices", joined({3, 44, 1, 1, 2, 0, 0, 1, 1, 0, 9}, noise(300)));
-    seed("deflate", "noise", joined({2, 0x80, 0, 0xF0, 3, 0, 0}, noise(200)));
-    seed("deflate", "text",
-         joined({1, 0, 0, 0, 0}, bytesOf("a text that is a text and a text again, aaaaaaaaaaaaaaaaaaaaa")));
+    seed("coders", "indices", joined({2, 1, 1, 2, 0, 0, 1, 1, 0, 9}, noise(300)));
+    seed("coders", "noise", joined({0, 0, 2, 0x80, 0, 0xF0, 3, 0, 0}, noise(200)));
+    seed("coders", "text",
+         joined({0, 0, 1, 0, 0, 0, 0}, bytesOf("a text that is a text and a text again, aaaaaaaaaaaaaaaaaaaaa")));
 }
 
 // More than the picture needs, so that sides may grow: rows of all filters, for mendedChunks to compress.
