@@ -360,13 +360,13 @@ TEST(Dither, FlatAreasAndWhatIsLeftApartStopErrors) {
 }
 
 // The running image must show at every place what the frames so far would have shown there; the mask says where a frame
-// brings nothing new. Sixteen pixels are looked at at once where they are alike, so odd ones are few or many.
+// brings nothing new. Runs of pixels that are alike are looked at at once, so odd ones are few or many.
 TEST(ChangeMask, FramesOfAllSizesAreRebuilt) {
-    constexpr int kWidth = 47, kHeight = 3;
+    constexpr int kWidth = 110, kHeight = 6;
     const std::pair<int, int> sizes[] = {{kWidth, kHeight}, {17, 2},          {kWidth, kHeight}, {5, 7}, {1, 1},
                                          {133, 9},          {kWidth, kHeight}};
     for (const int bits : {24, 32})
-        for (const unsigned rarity : {4u, 60u}) {
+        for (const unsigned rarity : {4u, 60u, 400u}) {
             Random random(rarity);
             Picture running(kWidth, kHeight, bits);
             std::vector<Colour> shown(kWidth * kHeight, 0);

@@ -196,6 +196,15 @@ TEST(StageFiles, EveryFormatShowsWhatItWasGiven) {
         }
 }
 
+// The colours of each frame fit a palette, but not those of all together.
+TEST(StageFiles, PalettesOfTheirOwnLoseNothing) {
+    const Animation animation = paintedAnimation(14, 14, 3, [](std::size_t frame, std::uint32_t x, std::uint32_t y) {
+        return pixelOf({std::uint8_t(14 * y + x), std::uint8_t(80 * frame), 3});
+    });
+    for (const OutputFormat format : kAnimated)
+        expectSameShow(animation, readBack(animation, format).animation, std::string(formatName(format)));
+}
+
 // A frame that something covers for a moment costs next to nothing when it comes again.
 TEST(StageFiles, PicturesOfAMomentAreTakenBack) {
     const Bytes grain = noise(40 * 40, 7);

@@ -231,6 +231,7 @@ TEST(StageDamage, GifsThatLie) {
         {"no pixels", gifOf({0x2C, 0, 0, 0, 0, 0, 0, 1, 0, 0, 2, 0, 0x3B})},
         // Codes of 3 bits: clear (4), then 7, which cannot exist yet.
         {"not defined", gifOf({0x2C, 0, 0, 0, 0, 2, 0, 1, 0, 0, 2, 1, 0x3C, 0, 0x3B})},
+        {"not defined", gifOf({0x2C, 0, 0, 0, 0, 2, 0, 1, 0, 0, 2, 1, 0x34, 0, 0x3B})}, // 6, the next
         {"fewer pixels", gifOf({0x2C, 0, 0, 0, 0, 255, 0, 1, 0, 0, 2, 1, 0x04, 0, 0x3B})},
         {"more pixels", gifOf({0x2C, 0, 0, 0, 0, 255, 255, 255, 255, 0, 2, 1, 0x04, 0, 0x3B})},
         {"outside the palette", gifOf({0x2C, 0, 0, 0, 0, 1, 0, 1, 0, 0, 2, 1, 0x5C, 0, 0x3B})},
@@ -265,6 +266,10 @@ TEST(StageDamage, PngsAndMngsThatLie) {
         {"no pixels", png({{"IHDR", header}, {"IEND", {}}})},
         {"unknown chunk", png({{"IHDR", header}, {"ABCD", {}}})},
         {"decompressed", png({{"IHDR", header}, {"IDAT", {1, 2, 3}}, {"IEND", {}}})},
+        {"outside the palette",
+         png({{"IHDR", headerOf(1, 1, 8, 3)}, {"PLTE", {1, 2, 3}}, {"IDAT", pixel}, {"IEND", {}}})},
+        {"unknown filter", png({{"IHDR", header}, {"IDAT", deflated(Bytes{9, 7})}, {"IEND", {}}})},
+        {"fewer pixels", png({{"IHDR", header}, {"IDAT", deflated(Bytes{0})}, {"IEND", {}}})},
         {"no frames", animated({}, 0)},
         {"outside the picture", animated({{"fcTL", frame}})},
         {"wrong order", animated({{"fcTL", {9, 9, 9, 9}}})},

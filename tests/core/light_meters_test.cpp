@@ -185,7 +185,15 @@ TEST(EyeTube, ShadowNarrowsEvenlyUntilLightOverlaps) {
         EXPECT_GE(drawn.green(0), before) << level;
         before = drawn.green(0);
     }
-    const DrawnTube full(tube, 255);
+    const DrawnTube full(tube, 255), silent(tube, 0);
+    for (int i = 0; i < kDiameter * kDiameter; ++i) { // nothing else moves
+        const double right = i % kDiameter + 0.5 - kDiameter / 2.0, down = i / kDiameter + 0.5 - kDiameter / 2.0;
+        const int x = 5 + i % kDiameter, y = 3 + i / kDiameter;
+        const std::uint8_t* pixel = silent.picture.view.pixel(x, y);
+        EXPECT_TRUE((down > 0 && std::hypot(right, down) < 0.85 * kDiameter / 2) ||
+                    std::equal(pixel, pixel + 3, full.picture.view.pixel(x, y)))
+            << x << ' ' << y;
+    }
     EXPECT_GT(full.green(3), full.green(30) + 8);
     EXPECT_LT(full.green(14), full.green(3) - 8); // the sliver is narrow
 }
