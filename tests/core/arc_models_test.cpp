@@ -56,8 +56,13 @@ TEST(ArcLine, KeepsItsEndsAndItsBounds) {
 }
 
 TEST(PlasmaArcs, RepeatBySeedAndPeriodAndStayInTheTube) {
-    EXPECT_EQ(plasma(kPlasma, 5), plasma(kPlasma, 5 + 64));
     PlasmaParameters other = kPlasma;
+    for (const int frames : {1, 8, 64, 32760}) {
+        other.frames = frames;
+        EXPECT_EQ(plasma(other, 5), plasma(other, 5 + frames)) << frames;
+        EXPECT_EQ(plasma(other, 5), plasma(other, 5 - frames)) << frames;
+    }
+    other = kPlasma;
     other.seed = 11260;
     EXPECT_NE(plasma(kPlasma, 5), plasma(other, 5));
     for (const int size : {48, 256}) {

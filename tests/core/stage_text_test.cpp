@@ -134,6 +134,10 @@ TEST(StageValues, KindsAndRanges) {
                                            [&] { stored = checkedValue(catalog.findSetting(c.key), c.given, asItIs); });
         EXPECT_EQ(stored, c.stored == nullptr ? "" : c.stored) << c.key << " " << c.given;
         EXPECT_EQ(contains(said, c.key) && contains(said, "Allowed is "), c.stored == nullptr) << said;
+        if (c.stored != nullptr) { // as it is shown it is taken again
+            const Setting& setting = catalog.findSetting(c.key);
+            EXPECT_EQ(checkedValue(setting, shownValue(setting, stored), asItIs), stored) << c.key;
+        }
     }
     EXPECT_EQ(checkedValue(catalog.findSetting(key), std::string(239, 'm'), asItIs).size(), 239u);
 }
