@@ -75,20 +75,19 @@ TEST(Flight, ClosesAndStaysAboveGround) {
                 const Terrain::Station at = land.stationAt(turn);
                 ASSERT_GT(at.altitude, land.heightAt(float(at.column), float(at.row)) + 2) << turn;
             }
-            EXPECT_NEAR(land.stationAt(0).altitude, land.stationAt(1 - 1e-9).altitude, 1e-3);
-            EXPECT_NEAR(land.stationAt(0).column, land.stationAt(1 - 1e-9).column, 1e-3);
-            EXPECT_NEAR(land.stationAt(0).bank, land.stationAt(1 - 1e-9).bank, 1e-3);
+            const Terrain::Station first = land.stationAt(0), last = land.stationAt(1 - 1e-9);
+            EXPECT_NEAR(first.altitude, last.altitude, 1e-3);
+            EXPECT_NEAR(first.column, last.column, 1e-3);
+            EXPECT_NEAR(first.bank, last.bank, 1e-3);
         }
 }
 
 TEST(AlienView, CoversThePictureAndFadesIntoHaze) {
     const Terrain land(10632, 4, 16, {kFull, kNone, kNone, kFull}); // red
     const AlienView view(land, {0x400000, 0x00FF00, 0x0000FF}, 131, 131);
-    Raster picture(131, 131, 24, RowOrder::BottomUp);
-    Raster again(131, 131, 24);
-    again.fillRandom(1);
-    view.draw(picture.view, land.stationAt(0.4));
-    view.draw(again.view, land.stationAt(0.4));
+    Raster picture(131, 131, 24, RowOrder::BottomUp), again(131, 131, 24, RowOrder::TopDown, 0);
+    for (const Raster* raster : {&picture, &again})
+        view.draw(raster->view, land.stationAt(0.4));
     for (int y = 0; y < 131; ++y)
         ASSERT_EQ(picture.row(y), again.row(y)); // every pixel is written
     EXPECT_TRUE(picture.paddingIsWhole());

@@ -145,13 +145,11 @@ TEST_F(Artpack, FailuresSayWhyAndLeaveTheOutputAlone) {
         const char* size;
         const char* output;
         const char* named; // what the message must speak of
-    } cases[] = {
-        {"text.svg", "3x2", "old.cpx", "text.svg"},
-        {"relative.svg", "3x2", "old.cpx", "relative.svg"},
-        {"fraction.svg", "3x2", "old.cpx", "whole pixels"},
-        {"good.svg", "2x3", "old.cpx", "is 3 x 2 pixels, not 2 x 3"},
-        {"good.svg", "3x2", "folder", "folder"},
-    };
+    } cases[] = {{"text.svg", "3x2", "old.cpx", "text.svg"},
+                 {"relative.svg", "3x2", "old.cpx", "relative.svg"},
+                 {"fraction.svg", "3x2", "old.cpx", "whole pixels"},
+                 {"good.svg", "2x3", "old.cpx", "is 3 x 2 pixels, not 2 x 3"},
+                 {"good.svg", "3x2", "folder", "folder"}};
     for (const auto& row : cases) {
         EXPECT_EQ(run({"--bits", "8", "--size", row.size, path(row.input), path(row.output)}), 1) << row.named;
         EXPECT_NE(errors.find(row.named), std::string::npos) << errors;

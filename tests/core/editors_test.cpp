@@ -11,53 +11,37 @@ namespace veldran {
 namespace {
 
 TEST(DataPoints, AreReadUpToTheFirstMalformedOne) {
-    const struct {
-        const char* text;
-        const char* read;
-    } cases[] = {
-        {"0,640;14,670;100,640", "0,640;14,670;100,640"},
-        {"0,640;14,670;", "0,640;14,670"},
-        {" 0, 640 metres; +14,-670", "0,640;14,-670"},
-        {"0,640;14;100,640", "0,640"},
-        {"0,640;14 ,670", "0,640"},
-        {"0,640;;100,640", "0,640"},
-        {"99999999999,1", "2147483647,1"},
-        {";", ""},
-        {"0,640;14,metres;100,640", "0,640"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(formatDataPoints(parseDataPoints(c.text)), c.read) << c.text;
+    const std::pair<const char*, const char*> cases[] = {{"0,640;14,670;100,640", "0,640;14,670;100,640"},
+                                                         {"0,640;14,670;", "0,640;14,670"},
+                                                         {" 0, 640 metres; +14,-670", "0,640;14,-670"},
+                                                         {"0,640;14;100,640", "0,640"},
+                                                         {"0,640;14 ,670", "0,640"},
+                                                         {"0,640;;100,640", "0,640"},
+                                                         {"99999999999,1", "2147483647,1"},
+                                                         {";", ""},
+                                                         {"0,640;14,metres;100,640", "0,640"}};
+    for (const auto& [text, read] : cases)
+        EXPECT_EQ(formatDataPoints(parseDataPoints(text)), read) << text;
 
     std::string many;
     for (int i = 0; i < 30; ++i)
         many += std::to_string(i) + ",1;";
     EXPECT_EQ(parseDataPoints(many).size(), 24u);
     EXPECT_EQ(parseDataPoints(many).back().position, 23);
+    EXPECT_EQ(editableDataPoints(std::vector<DataPoint>(30)).size(), 24u);
 }
 
 TEST(DataPoints, AreOrderedBeforeTheyAreEdited) {
-    const struct {
-        const char* text;
-        const char* editable;
-    } cases[] = {
-        {"", "0,0;100,0"},
-        {"0,70", "0,70;100,70"},
-        {"100,70", "0,70;100,70"},
-        {"50,70", "0,70;50,70;100,70"},
-        {"0,1;80,2;20,3;100,4", "0,1;20,3;80,2;100,4"},
-        {"0,1;50,2;50,3;100,4", "0,1;50,2;51,3;100,4"},
-        {"0,1;100,2;100,3;100,4", "0,1;98,2;99,3;100,4"},
-        {"-5,-1;200,2000", "0,0;100,1000"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(formatDataPoints(editableDataPoints(parseDataPoints(c.text))), c.editable) << c.text;
-}
-
-TEST(DataPoints, StayWithinWhatAListHolds) {
-    std::vector<DataPoint> many(30);
-    for (int i = 0; i < 30; ++i)
-        many[static_cast<std::size_t>(i)] = {3 * i, i};
-    EXPECT_EQ(editableDataPoints(many).size(), 24u);
+    const std::pair<const char*, const char*> cases[] = {{"", "0,0;100,0"},
+                                                         {"0,70", "0,70;100,70"},
+                                                         {"100,70", "0,70;100,70"},
+                                                         {"50,70", "0,70;50,70;100,70"},
+                                                         {"0,1;80,2;20,3;100,4", "0,1;20,3;80,2;100,4"},
+                                                         {"0,1;50,2;50,3;100,4", "0,1;50,2;51,3;100,4"},
+                                                         {"0,1;100,2;100,3;100,4", "0,1;98,2;99,3;100,4"},
+                                                         {"-5,-1;200,2000", "0,0;100,1000"}};
+    for (const auto& [text, editable] : cases)
+        EXPECT_EQ(formatDataPoints(editableDataPoints(parseDataPoints(text))), editable) << text;
 }
 
 TEST(DataPoints, KeepTheirOrderAndEndsWhateverIsDone) {
@@ -92,17 +76,15 @@ TEST(MarkerLines, AreCheckedBeforeTheyAreWritten) {
         int bearing;
         int distance;
         MarkerFault fault;
-    } cases[] = {
-        {"", 359, 100, MarkerFault::None},
-        {"A,B", 400, 48, MarkerFault::NameHasComma},
-        {"A\nB", 0, 48, MarkerFault::NameHasComma},
-        {"12345678901234567890123456789012", 0, 0, MarkerFault::None},
-        {"123456789012345678901234567890123", 0, 0, MarkerFault::NameTooLong},
-        {"A", 360, 48, MarkerFault::Bearing},
-        {"A", -1, 48, MarkerFault::Bearing},
-        {"A", 0, 101, MarkerFault::Distance},
-        {"A", 0, -1, MarkerFault::Distance},
-    };
+    } cases[] = {{"", 359, 100, MarkerFault::None},
+                 {"A,B", 400, 48, MarkerFault::NameHasComma},
+                 {"A\nB", 0, 48, MarkerFault::NameHasComma},
+                 {"12345678901234567890123456789012", 0, 0, MarkerFault::None},
+                 {"123456789012345678901234567890123", 0, 0, MarkerFault::NameTooLong},
+                 {"A", 360, 48, MarkerFault::Bearing},
+                 {"A", -1, 48, MarkerFault::Bearing},
+                 {"A", 0, 101, MarkerFault::Distance},
+                 {"A", 0, -1, MarkerFault::Distance}};
     for (const auto& c : cases)
         EXPECT_EQ(checkMarker(c.name, c.bearing, c.distance), c.fault) << c.name << " " << c.bearing;
     EXPECT_EQ(formatMarker("AMC981", 48, 7), "AMC981,48,7");

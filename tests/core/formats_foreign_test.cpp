@@ -1,12 +1,16 @@
-// Files as other programs write them, in forms that the writers here do not use: pixels, texts and places of PNG, APNG
-// and MNG. Put together by hand after the formats' standards.
+// Files from other hands, put together after the formats' standards: forms that the writers here do not use, and files
+// that were cut off or made to harm, which are refused with a message.
 #include "core/animation_reader.h"
+#include "core/animation_writer.h"
 #include "core/deflate.h"
+#include "core/failure.h"
 #include "core/frame_canvas.h"
 #include "core/picture.h"
 #include "core/png_coding.h"
 
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 namespace stage {
 namespace {
@@ -60,8 +64,7 @@ TEST(StageForeignPng, PixelsOfEveryKind) {
          {grey(0), grey(85), grey(170), grey(255), grey(255)}},
         {"of one pixel, interlaced", {0, 0, 0, 1, 0, 0, 0, 1, 8, 0, 0, 0, 1}, {}, {0, 9}, {grey(9)}},
         // The mean of left and upper neighbour, rounded down: 10, 20 + 5; then (10 / 2) + 1, (6 + 25) / 2 + 1.
-        {"filtered by means", headerOf(2, 2, 8, 0), {}, {3, 10, 20, 3, 1, 1}, {grey(10), grey(25), grey(6), grey(16)}},
-    };
+        {"filtered by means", headerOf(2, 2, 8, 0), {}, {3, 10, 20, 3, 1, 1}, {grey(10), grey(25), grey(6), grey(16)}}};
     for (const auto& c : cases) {
         Chunks chunks = {{"IHDR", c.header}};
         if (!c.transparency.empty())
@@ -82,11 +85,7 @@ TEST(StageForeignPng, TextsOfEveryKind) {
         data.insert(data.end(), rest.begin(), rest.end());
         return data;
     };
-    const struct {
-        const char* type;
-        Bytes data;
-        std::string comment;
-    } cases[] = {
+    const std::tuple<const char*, Bytes, std::string> cases[] = {
         {"tEXt", chunk({}, text), read},
         {"zTXt", chunk({0}, deflated(text)), read},
         {"zTXt", chunk({1}, deflated(text)), ""}, // a method that does not exist
@@ -94,13 +93,12 @@ TEST(StageForeignPng, TextsOfEveryKind) {
         {"iTXt", chunk({0, 0, 'd', 'e', 0, 0}, inUtf8), read},
         {"iTXt", chunk({1, 0, 0, 0}, deflated(inUtf8)), read},
         {"iTXt", chunk({0}, {}), ""},
-        {"iTXt", chunk({0, 0, 'd'}, {}), ""},
-    };
-    for (const auto& c : cases) {
+        {"iTXt", chunk({0, 0, 'd'}, {}), ""}};
+    for (const auto& [type, data, comment] : cases) {
         const Bytes file =
             fileOf(kPngSignature,
-                   {{"IHDR", headerOf(1, 1, 8, 0)}, {c.type, c.data}, {"IDAT", deflated(Bytes{0, 0})}, {"IEND", {}}});
-        EXPECT_EQ(readAnimation(file).animation.comment, c.comment) << c.type << " of " << c.data.size();
+                   {{"IHDR", headerOf(1, 1, 8, 0)}, {type, data}, {"IDAT", deflated(Bytes{0, 0})}, {"IEND", {}}});
+        EXPECT_EQ(readAnimation(file).animation.comment, comment) << type << " of " << data.size();
     }
 }
 
@@ -144,52 +142,154 @@ TEST(StageForeignApng, HalfOpaquePixelsMix) {
               (std::vector{pixelOf({170, 90, 85}, 192), pixelOf({128, 90, 127}), above}));
 }
 
-Bytes mngHeader() {
-    Bytes header(28);
-    header[3] = 2;    // width
-    header[7] = 1;    // height
-    header[11] = 100; // ticks a second
+Bytes mngHeader() { // 2 x 1, 100 ticks a second
+    Bytes header = {0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0, 100};
+    header.resize(28);
     return header;
 }
 
 TEST(StageForeignMng, FramingPlacesAndSharedPalettes) {
-    const Bytes row = deflated(Bytes{0, 0x80}); // one bit a pixel: entry 1
-    const Chunks chunks = {
-        {"MHDR", mngHeader()},
-        {"TERM", {0}}, // shows the last frame: no repetition
-        {"PLTE", {1, 1, 1, 7, 8, 9}},
-        {"tRNS", {255, 100}},
-        {"FRAM", {3, 0, 2, 0, 0, 0, 0, 0, 0, 50}}, // over the background, 50 ticks from now on
-        {"IHDR", headerOf(1, 1, 1, 3)},
-        {"PLTE", {}},
-        {"tRNS", {}},
-        {"IDAT", row},
-        {"IEND", {}},
-        {"FRAM", {0, 0, 1, 0, 0, 0, 0, 0, 0, 7}},       // 7 ticks once
-        {"DEFI", {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0}}, // at 1, 0
-        {"IHDR", headerOf(1, 1, 1, 3)},
-        {"PLTE", {}},
-        {"IDAT", row},
-        {"IEND", {}},
-        {"FRAM", {}},
-        {"FRAM", {0}},
-        {"DEFI", {0, 0}},
-        {"IHDR", headerOf(1, 1, 1, 3)},
-        {"PLTE", {}},
-        {"IDAT", row},
-        {"IEND", {}},
-        {"MEND", {}},
+    Chunks chunks = {{"MHDR", mngHeader()},
+                     {"TERM", {0}}, // shows the last frame: no repetition
+                     {"PLTE", {1, 1, 1, 7, 8, 9}},
+                     {"tRNS", {255, 100}}};
+    // Adds chunks before a picture of one pixel of entry 1, which takes the palette of all.
+    const auto add = [&](Chunks before, bool takesOpacity) {
+        before.insert(before.end(), {{"IHDR", headerOf(1, 1, 1, 3)}, {"PLTE", {}}});
+        if (takesOpacity)
+            before.push_back({"tRNS", {}});
+        before.insert(before.end(), {{"IDAT", deflated(Bytes{0, 0x80})}, {"IEND", {}}});
+        chunks.insert(chunks.end(), before.begin(), before.end());
     };
+    add({{"FRAM", {3, 0, 2, 0, 0, 0, 0, 0, 0, 50}}}, true); // over the background, 50 ticks from now on
+    add({{"FRAM", {0, 0, 1, 0, 0, 0, 0, 0, 0, 7}}, {"DEFI", {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0}}},
+        false); // 7 once; 1, 0
+    add({{"FRAM", {}}, {"FRAM", {0}}, {"DEFI", {0, 0}}}, false);
+    chunks.push_back({"MEND", {}});
     const Animation animation = readAnimation(fileOf(kMngSignature, chunks)).animation;
     ASSERT_EQ(animation.frames.size(), 3u);
     const Pixel entry = pixelOf({7, 8, 9});
     EXPECT_EQ(pixelsOf(animation.frames[0]), (std::vector{pixelOf({7, 8, 9}, 100), kTransparentPixel}));
     EXPECT_EQ(pixelsOf(animation.frames[1]), (std::vector{kTransparentPixel, entry}));
     EXPECT_EQ(pixelsOf(animation.frames[2]), (std::vector{kTransparentPixel, entry}));
-    EXPECT_EQ(animation.frames[0].delay, 500u);
-    EXPECT_EQ(animation.frames[1].delay, 70u);
-    EXPECT_EQ(animation.frames[2].delay, 500u);
+    for (const auto& [frame, delay] : {std::pair{0u, 500u}, {1u, 70u}, {2u, 500u}})
+        EXPECT_EQ(animation.frames[frame].delay, delay) << frame;
     EXPECT_EQ(animation.plays, 1u);
+}
+
+// What reading says; empty when it takes the file.
+std::string refusalOf(const Bytes& bytes) {
+    try {
+        readAnimation(bytes, {1 << 16, {}});
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.code(), ExitCode::FileTrouble);
+        return failure.what();
+    }
+    return {};
+}
+
+void expectRefusals(std::span<const std::pair<const char*, Bytes>> cases) {
+    for (const auto& [said, bytes] : cases)
+        EXPECT_NE(refusalOf(bytes).find(said), std::string::npos) << said << " / " << refusalOf(bytes);
+}
+
+TEST(StageDamage, FilesThatAreCutOffAreRefused) {
+    Animation animation{12, 9, {}, 0, {}, "comment", Remembered{"MainEffect = 1\n", "A,1,2\n"}};
+    for (std::uint32_t frame = 0; frame < 3; ++frame) {
+        Picture picture{12, 9, std::vector<Pixel>(12 * 9)};
+        for (std::uint32_t i = 0; i < 12 * 9; ++i)
+            picture.pixels[i] = i % 17 == frame ? kTransparentPixel : pixelOf({std::uint8_t(i * frame), 7, 9});
+        animation.frames.push_back(frameOf(picture));
+    }
+    for (const OutputFormat format : {OutputFormat::Gif, OutputFormat::Apng, OutputFormat::Mng}) {
+        MemorySink sink;
+        writeAnimation(animation, format, {}, sink);
+        const Bytes whole = sink.bytes();
+        ASSERT_EQ(refusalOf(whole), "");
+        const std::size_t trailer = format == OutputFormat::Gif ? 1 : 0; // of a GIF it may be missing
+        std::size_t taken = 0;
+        for (std::size_t length = 0; length < whole.size() - trailer; ++length)
+            taken += refusalOf({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)}).empty() ? 1 : 0;
+        // A GIF may end behind its first and second frame, and behind the blocks that announce the next.
+        EXPECT_EQ(taken, format == OutputFormat::Gif ? 4u : 0u) << formatName(format);
+    }
+}
+
+Bytes gifOf(std::initializer_list<int> rest, int width = 2) {
+    Bytes bytes = {'G', 'I', 'F', '8', '9', 'a', std::uint8_t(width), std::uint8_t(width >> 8), 1, 0, 0x80, 0, 0,
+                   1,   2,   3,   4,   5,   6};
+    for (const int byte : rest)
+        bytes.push_back(static_cast<std::uint8_t>(byte));
+    return bytes;
+}
+
+TEST(StageDamage, GifsThatLie) {
+    const std::pair<const char*, Bytes> cases[] = {
+        {"neither", {'G', 'I', 'F', '9', '0', 'a'}},
+        {"ends too early", {'G', 'I', 'F', '8', '9', 'a', 1}},
+        {"no frames", gifOf({0x3B})},
+        {"no pixels", gifOf({0x2C, 0, 0, 0, 0, 0, 0, 1, 0, 0, 2, 0, 0x3B})},
+        // Codes of 3 bits: clear (4), then 7, which cannot exist yet.
+        {"not defined", gifOf({0x2C, 0, 0, 0, 0, 2, 0, 1, 0, 0, 2, 1, 0x3C, 0, 0x3B})},
+        {"not defined", gifOf({0x2C, 0, 0, 0, 0, 2, 0, 1, 0, 0, 2, 1, 0x34, 0, 0x3B})}, // 6, the next
+        {"fewer pixels", gifOf({0x2C, 0, 0, 0, 0, 255, 0, 1, 0, 0, 2, 1, 0x04, 0, 0x3B})},
+        {"more pixels", gifOf({0x2C, 0, 0, 0, 0, 255, 255, 255, 255, 0, 2, 1, 0x04, 0, 0x3B})},
+        {"outside the palette", gifOf({0x2C, 0, 0, 0, 0, 1, 0, 1, 0, 0, 2, 1, 0x5C, 0, 0x3B})},
+        {"size that does not exist", gifOf({0x2C, 0, 0, 0, 0, 1, 0, 1, 0, 0, 12, 1, 0x5C, 0, 0x3B})},
+        {"unknown kind", gifOf({0x99})}};
+    expectRefusals(cases);
+    // A frame that reaches beyond the screen is cut, and an index that is transparent needs no colour.
+    EXPECT_EQ(refusalOf(gifOf({0x21, 0xF9, 4, 1, 0, 0, 3, 0, 0x2C, 255, 255, 9, 0, 1, 0, 1, 0, 0, 2, 1, 0x5C, 0})), "");
+}
+
+TEST(StageDamage, PngsAndMngsThatLie) {
+    const auto png = [](const Chunks& chunks) { return fileOf(kPngSignature, chunks); };
+    const auto animated = [&](const Chunks& chunks, std::uint8_t frames = 1) {
+        Chunks all = {{"IHDR", headerOf(1, 1, 8, 0)}, {"acTL", {0, 0, 0, frames, 0, 0, 0, 0}}};
+        all.insert(all.end(), chunks.begin(), chunks.end());
+        return png(all);
+    };
+    const auto mng = [](const Chunks& chunks) {
+        Chunks all = {{"MHDR", mngHeader()}};
+        all.insert(all.end(), chunks.begin(), chunks.end());
+        return fileOf(kMngSignature, all);
+    };
+    const Bytes header = headerOf(1, 1, 8, 0);                            // grey
+    const Bytes huge = {0, 0, 255, 255, 0, 0, 255, 255, 16, 6, 0, 0, 0};  // 65535 x 65535
+    const Bytes beyond = {255, 255, 255, 255, 0, 0, 0, 1, 8, 0, 0, 0, 0}; // 4294967295 x 1
+    const Bytes pixel = {0x78, 1, 1, 2, 0, 0xFD, 0xFF, 0, 7, 0, 9, 0, 8}; // two bytes, stored
+    const Bytes frame = {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 9, 0, 0, 0, 0, 0, 1, 0, 1, 0, 0}; // at 9, 0
+    const std::pair<const char*, Bytes> cases[] = {
+        {"more pixels", png({{"IHDR", huge}, {"IDAT", pixel}, {"IEND", {}}})},
+        {"larger than 65535", png({{"IHDR", beyond}, {"IEND", {}}})},
+        {"begin with a header", png({{"IDAT", pixel}})},
+        {"no pixels", png({{"IHDR", header}, {"IEND", {}}})},
+        {"unknown chunk", png({{"IHDR", header}, {"ABCD", {}}})},
+        {"decompressed", png({{"IHDR", header}, {"IDAT", {1, 2, 3}}, {"IEND", {}}})},
+        {"outside the palette",
+         png({{"IHDR", headerOf(1, 1, 8, 3)}, {"PLTE", {1, 2, 3}}, {"IDAT", pixel}, {"IEND", {}}})},
+        {"unknown filter", png({{"IHDR", header}, {"IDAT", deflated(Bytes{9, 7})}, {"IEND", {}}})},
+        {"fewer pixels", png({{"IHDR", header}, {"IDAT", deflated(Bytes{0})}, {"IEND", {}}})},
+        {"no frames", animated({}, 0)},
+        {"outside the picture", animated({{"fcTL", frame}})},
+        {"wrong order", animated({{"fcTL", {9, 9, 9, 9}}})},
+        {"before the frame", animated({{"fdAT", Bytes(4)}})},
+        {"another number", animated({{"IDAT", pixel}, {"IEND", {}}}, 9)},
+        {"no frames", mng({{"MEND", {}}})},
+        {"feature of MNG", mng({{"LOOP", Bytes(5)}})},
+        {"too early", mng({{"DEFI", Bytes(1)}})}};
+    expectRefusals(cases);
+    // The pixel of the first cases is sound: 7 in a grey picture.
+    const Bytes still = png({{"IHDR", header}, {"IDAT", pixel}, {"IEND", {}}});
+    EXPECT_EQ(pixelsOf(readAnimation(still).animation.frames[0])[0], grey(7));
+    // Of the numbers of a transparent colour only as many bits count as samples have.
+    const Bytes oddKey = png({{"IHDR", header}, {"tRNS", {0x5A, 7}}, {"IDAT", pixel}, {"IEND", {}}});
+    EXPECT_EQ(pixelsOf(readAnimation(oddKey).animation.frames[0])[0], kTransparentPixel);
+    Bytes wrongSum = still, wrongLength = still;
+    wrongSum[8 + 8] ^= 1;
+    wrongLength[8] = 0x7F;
+    EXPECT_NE(refusalOf(wrongSum).find("check sum"), std::string::npos);
+    EXPECT_NE(refusalOf(wrongLength).find("length"), std::string::npos);
 }
 
 } // namespace

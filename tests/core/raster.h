@@ -1,6 +1,7 @@
 // Images to test on: memory of their own around a view.
 #pragma once
 
+#include "render/colour.h"
 #include "render/image_view.h"
 
 #include <algorithm>
@@ -15,13 +16,13 @@ inline constexpr std::uint8_t kPadding = 0xA5;
 
 enum class RowOrder { TopDown, BottomUp };
 
-// An image with three bytes of padding behind each row, filled with kPadding throughout.
+// An image with three bytes of padding behind each row; its pixels are kPadding too when nothing else is said.
 struct Raster {
     Bytes bytes;
     Bytes table; // colour table of 8-bit images: entry i is (i, 255 - i, i / 2) as blue, green, red
     ImageView view;
 
-    Raster(int width, int height, int bits, RowOrder order = RowOrder::TopDown) {
+    Raster(int width, int height, int bits, RowOrder order = RowOrder::TopDown, std::uint8_t content = kPadding) {
         const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(width) * (bits / 8) + 3;
         bytes.assign(static_cast<std::size_t>(stride * height), kPadding);
         for (int i = 0; i < 256 && bits == 8; ++i)
@@ -32,9 +33,15 @@ struct Raster {
             view.top += stride * (height - 1);
             view.stride = -stride;
         }
+        for (int y = 0; y < height; ++y)
+            std::ranges::fill_n(view.row(y), width * view.bytesPerPixel(), content);
     }
     Raster(const Raster&) = delete;
 
+    Colour at(int x, int y) const {
+        const std::uint8_t* pixel = view.pixel(x, y);
+        return makeColour(pixel[2], pixel[1], pixel[0]);
+    }
     Bytes row(int y) const { return Bytes(view.row(y), view.row(y) + view.width * view.bytesPerPixel()); }
     void setRow(int y, const Bytes& values) { std::ranges::copy(values, view.row(y)); }
     void fillRandom(unsigned seed) {

@@ -30,8 +30,7 @@ TEST(WaveValues, ChannelsScalesAndKindsOfSamples) {
         {"second of two", pcm(2, 16), stereo, SoundChannels::Stereo, SoundScale::Normalised, 1, {-1, 0, 0.5f}},
         {"mono", pcm(2, 16), stereo, SoundChannels::Mono, SoundScale::Raw, 0, {0.125f, -0.0625f, 0.0625f}},
         {"the largest byte is no valley", pcm(1, 8), bytes, SoundChannels::Left, SoundScale::Raw, 0, {0, 1, -0.5f}},
-        {"six channels", pcm(6, 16), stereo, SoundChannels::Left, SoundScale::Raw, 0, {0, 0, 0}},
-    };
+        {"six channels", pcm(6, 16), stereo, SoundChannels::Left, SoundScale::Raw, 0, {0, 0, 0}}};
     for (const auto& c : cases)
         EXPECT_EQ(WaveValues(c.format, c.samples, c.channels, c.scale).read(c.display, 0, 3, 9), c.values) << c.what;
 
@@ -69,8 +68,7 @@ TEST(BeamLight, IsWeakerWhereTheBeamIsQuick) {
     // Level for 20 columns, then ever steeper.
     light.write(std::vector<BeamPoint>{{5, 90}, {15, 90}, {25, 90}, {35, 70}, {45, 10}}, 10);
     light.widen();
-    Raster screen(80, 120, 24);
-    std::ranges::fill(screen.bytes, std::uint8_t{0});
+    Raster screen(80, 120, 24, RowOrder::TopDown, 0);
     Bytes columns(60, 255);
     std::fill_n(columns.begin(), 9, std::uint8_t{0});
     light.show(screen.view, 10, 20, 0, 0x00C000, columns);
@@ -88,10 +86,10 @@ TEST(BeamLight, DarkTracesAreNeverWhiteAndBordersHold) {
     BeamLight light(20, 20);
     light.write(std::vector<BeamPoint>{{-30, 10}, {50, 10}, {50, -999}, {10, 1e4f}, {19, 19}}, 500);
     light.widen();
-    Raster screen(12, 12, 24);
-    std::ranges::fill(screen.bytes, std::uint8_t{200});
+    Raster screen(12, 12, 24, RowOrder::TopDown, 200);
     light.show(screen.view, -4, -4, 0xC8C8C8, 0x101010, Bytes(20, 255));
-    EXPECT_LE(*std::ranges::max_element(screen.bytes), 200);
+    for (int y = 0; y < 12; ++y)
+        EXPECT_LE(std::ranges::max(screen.row(y)), 200);
     EXPECT_LT(green(screen, 6, 6), 30);
 }
 
@@ -105,8 +103,7 @@ TEST(ScopeWave, EverySideHasItsLane) {
     for (const std::size_t count : {3u, 1u, 0u}) { // of no moment: silence on both sides
         BeamLight light(30, 60);
         writeWave(light, wave, SoundChannels::Stereo, 0, count, 4);
-        Raster screen(30, 60, 24);
-        std::ranges::fill(screen.bytes, std::uint8_t{0});
+        Raster screen(30, 60, 24, RowOrder::TopDown, 0);
         light.show(screen.view, 0, 0, 0x000000, 0x00FF00, Bytes(30, 255));
         for (int y = 0; y < 60; ++y) {
             const bool loud = count > 0 && (y == 0 || y == 1);
@@ -132,8 +129,7 @@ TEST(ScopeWave, DemonstrationIsASoundThatSwells) {
 }
 
 TEST(BeamSpot, IsWhiteWithinAndColouredAroundAndEnds) {
-    Raster screen(40, 40, 24);
-    std::ranges::fill(screen.bytes, std::uint8_t{0});
+    Raster screen(40, 40, 24, RowOrder::TopDown, 0);
     drawBeamSpot(screen.view, {20, 20}, 4, 0x000000, 0x00FF00);
     const auto red = [&](int x, int y) { return screen.view.pixel(x, y)[2]; };
     EXPECT_GT(red(20, 20), 200);
@@ -146,8 +142,7 @@ TEST(BeamSpot, IsWhiteWithinAndColouredAroundAndEnds) {
     drawBeamSpot(screen.view, {1e6f, -1e6f}, 4, 0x000000, 0x00FF00);
     EXPECT_EQ(screen.row(20), middle);
     EXPECT_GT(green(screen, 0, 39), 0);
-    Raster paper(9, 9, 24);
-    std::ranges::fill(paper.bytes, std::uint8_t{250});
+    Raster paper(9, 9, 24, RowOrder::TopDown, 250);
     drawBeamSpot(paper.view, {4, 4}, 3, 0xFAFAFA, 0x101010); // darker than the screen: nothing turns white
     EXPECT_LE(green(paper, 4, 4), 16);
 }

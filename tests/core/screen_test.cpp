@@ -23,11 +23,6 @@ void fill(const ImageView& image, Colour colour) {
         }
 }
 
-Colour colourAt(const ImageView& image, int x, int y) {
-    const std::uint8_t* pixel = image.pixel(x, y);
-    return makeColour(pixel[2], pixel[1], pixel[0]);
-}
-
 int lightness(Colour colour) {
     return redOf(colour) + greenOf(colour) + blueOf(colour);
 }
@@ -75,21 +70,18 @@ TEST(Glow, MirroredImagesGiveMirroredResults) {
     for (const Filter filter : filters)
         for (const int bits : {24, 32})
             for (const auto& [width, height] : {std::pair{37, 21}, {38, 23}, {41, 22}, {46, 30}}) {
-                Raster image(width, height, bits);
+                Raster image(width, height, bits), turned(width, height, bits); // by 180 degrees
                 image.fillRandom(11);
-                const auto turned = [&] { // by 180 degrees: mirrored both ways
-                    Bytes bytes = image.bytes;
-                    for (int y = 0; y < height; ++y)
-                        for (int x = 0; x < width; ++x)
-                            std::copy_n(image.view.pixel(width - 1 - x, height - 1 - y), bits / 8,
-                                        &bytes[static_cast<std::size_t>(image.view.pixel(x, y) - image.view.row(0))]);
-                    return bytes;
+                const auto mirrored = [&, w = width, h = height](int i) {
+                    return turned.view.pixel(w - 1 - i % w, h - 1 - i / w);
                 };
-                Raster filtered(width, height, bits);
-                std::ranges::copy(turned(), filtered.bytes.begin());
-                filter(filtered.view);
+                for (int i = 0; i < width * height; ++i)
+                    std::copy_n(image.view.pixel(i % width, i / width), bits / 8, mirrored(i));
                 filter(image.view);
-                EXPECT_EQ(filtered.bytes, turned()) << width << "x" << height << "x" << bits;
+                filter(turned.view);
+                for (int i = 0; i < width * height; ++i)
+                    ASSERT_TRUE(std::equal(mirrored(i), mirrored(i) + bits / 8, image.view.pixel(i % width, i / width)))
+                        << width << "x" << height << "x" << bits << " at " << i;
             }
 }
 
@@ -138,14 +130,11 @@ TEST(Glow, BlurSpreadsLightLikeAGaussian) {
 TEST(Glow, LightsUpLinesAndTheirSurroundings) {
     const Colour dark = makeColour(20, 60, 40);
     const Colour line = makeColour(90, 160, 70);
-    Raster image(61, 31, 24);
-    fill(image.view, dark);
-    for (int y = 0; y < 31; ++y)
-        for (int x = 29; x <= 31; ++x)
-            fill({image.view.pixel(x, y), 1, 1, 0, 24}, line);
-    Raster strong(61, 31, 24);
-    Raster glowing(61, 31, 24);
-    strong.bytes = glowing.bytes = image.bytes;
+    Raster image(61, 31, 24), glowing(61, 31, 24), strong(61, 31, 24);
+    for (const Raster* picture : {&image, &glowing, &strong}) {
+        fill(picture->view, dark);
+        fill({picture->view.pixel(29, 0), 3, 31, picture->view.stride, 24}, line);
+    }
     glowImage(glowing.view, 100, 12);
     glowImage(strong.view, 200, 12);
     for (int x = 0; x < 61; ++x)
@@ -156,20 +145,20 @@ TEST(Glow, LightsUpLinesAndTheirSurroundings) {
             EXPECT_NEAR(strong.view.pixel(x, 15)[c] - from, 2 * (to - from), 1);
         }
     for (int x = 31; x < 43; ++x) // from the edge of the line outwards
-        EXPECT_GE(lightness(colourAt(glowing.view, x, 15)), lightness(colourAt(glowing.view, x + 1, 15)));
-    EXPECT_GT(lightness(colourAt(glowing.view, 30, 15)), lightness(line) + 20);
-    EXPECT_GT(lightness(colourAt(glowing.view, 34, 15)), lightness(dark) + 20);
-    EXPECT_EQ(colourAt(glowing.view, 31 + 13, 15), dark);
+        EXPECT_GE(lightness(glowing.at(x, 15)), lightness(glowing.at(x + 1, 15)));
+    EXPECT_GT(lightness(glowing.at(30, 15)), lightness(line) + 20);
+    EXPECT_GT(lightness(glowing.at(34, 15)), lightness(dark) + 20);
+    EXPECT_EQ(glowing.at(31 + 13, 15), dark);
     // The largest lift there is, on a black line in a white picture, ends at white.
     fill(strong.view, 0xFFFFFF);
-    for (int y = 0; y < 31; ++y)
-        std::fill_n(strong.view.pixel(30, y), 3, std::uint8_t{0});
+    fill({strong.view.pixel(30, 0), 1, 31, strong.view.stride, 24}, 0);
     glowImage(strong.view, INT32_MAX, 12);
-    EXPECT_EQ(colourAt(strong.view, 30, 15), 0xFFFFFFu);
-    const Bytes before = image.bytes;
-    for (const auto& [percent, radius] : {std::pair{100, 0}, {100, -4}, {0, 9}, {-50, 9}})
+    EXPECT_EQ(strong.at(30, 15), 0xFFFFFFu);
+    for (const auto& [percent, radius] : {std::pair{100, 0}, {100, -4}, {0, 9}, {-50, 9}}) {
+        const Bytes before = image.bytes;
         glowImage(image.view, percent, radius);
-    EXPECT_EQ(image.bytes, before);
+        EXPECT_EQ(image.bytes, before) << percent << ' ' << radius;
+    }
 }
 
 // ---- Bezel
@@ -186,16 +175,15 @@ TEST(Bezel, CoversTheFrameAndNothingElse) {
         fill(picture.view, kInside);
         Bezel(160, 121, {style, 20, 16}, kMaterial, kOutside).draw(picture.view);
         EXPECT_TRUE(picture.paddingIsWhole());
-        EXPECT_EQ(colourAt(picture.view, 80, 60), kInside);
         // Level and upright through the middle: frame from the first pixel to the last of its width.
-        for (const auto& [x, y] : {std::pair{20, 60}, {139, 60}, {80, 16}, {80, 104}})
-            EXPECT_EQ(colourAt(picture.view, x, y), kInside) << x << "," << y;
-        for (const auto& [x, y] :
-             {std::pair{0, 60}, {19, 60}, {140, 60}, {159, 60}, {80, 0}, {80, 15}, {80, 105}, {80, 120}})
-            EXPECT_TRUE(colourAt(picture.view, x, y) != kInside && colourAt(picture.view, x, y) != kOutside)
-                << x << "," << y;
-        EXPECT_EQ(colourAt(picture.view, 0, 0) == kOutside, style != BezelStyle::Rectangle);
-        EXPECT_EQ(colourAt(picture.view, 30, 26) == kInside, style != BezelStyle::Round);
+        for (int x = 0; x < 160; ++x)
+            EXPECT_EQ(picture.at(x, 60) == kInside, x >= 20 && x < 140) << x;
+        for (int y = 0; y < 121; ++y) {
+            EXPECT_EQ(picture.at(80, y) == kInside, y >= 16 && y < 105) << y;
+            EXPECT_NE(picture.at(80, y), kOutside) << y;
+        }
+        EXPECT_EQ(picture.at(0, 0) == kOutside, style != BezelStyle::Rectangle);
+        EXPECT_EQ(picture.at(30, 26) == kInside, style != BezelStyle::Round);
     }
 }
 
@@ -204,41 +192,38 @@ TEST(Bezel, LightComesFromTheTopLeft) {
         SCOPED_TRACE(static_cast<int>(style));
         Raster picture(200, 200, 24);
         Bezel(200, 200, {style, 24, 24}, kMaterial, kOutside).draw(picture.view);
-        const auto light = [&](int x, int y) { return lightness(colourAt(picture.view, x, y)); };
-        const int raised = 4; // pixels from the outer edge: the roll that faces outwards
-        const int sunk = 21;  // the chamfer that faces inwards
-        EXPECT_GT(light(100, raised), lightness(kMaterial));
-        EXPECT_LT(light(100, 199 - raised), lightness(kMaterial));
-        EXPECT_GT(light(raised, 100), light(199 - raised, 100));
-        EXPECT_LT(light(100, sunk), light(100, 199 - sunk));
-        EXPECT_LT(light(sunk, 100), light(199 - sunk, 100));
+        const auto light = [&](int x, int y) { return lightness(picture.at(x, y)); };
+        // 4 pixels from the outer edge the roll faces outwards, 21 from it the chamfer faces inwards.
+        EXPECT_GT(light(100, 4), lightness(kMaterial));
+        EXPECT_LT(light(100, 195), lightness(kMaterial));
+        EXPECT_GT(light(4, 100), light(195, 100));
+        EXPECT_LT(light(100, 21), light(100, 178));
+        EXPECT_LT(light(21, 100), light(178, 100));
         EXPECT_LT(light(100, 23), lightness(kMaterial) / 3); // the gap
     }
 }
 
 TEST(Bezel, MaskIsTheOutline) {
     const double square = 200.0 * 120;
-    const struct {
-        BezelStyle style;
-        double area;
-    } cases[] = {{BezelStyle::Rectangle, square},
-                 {BezelStyle::Round, square * std::numbers::pi / 4},
-                 {BezelStyle::RoundedRectangle, square - (4 - std::numbers::pi) * 35 * 35}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(static_cast<int>(c.style));
+    const std::pair<BezelStyle, double> cases[] = {
+        {BezelStyle::Rectangle, square},
+        {BezelStyle::Round, square * std::numbers::pi / 4},
+        {BezelStyle::RoundedRectangle, square - (4 - std::numbers::pi) * 35 * 35}};
+    for (const auto& [style, area] : cases) {
+        SCOPED_TRACE(static_cast<int>(style));
         Raster mask(200, 120, 24, RowOrder::BottomUp);
-        drawBezelMask(mask.view, {c.style, 20, 20});
+        drawBezelMask(mask.view, {style, 20, 20});
         Raster picture(200, 120, 24);
-        Bezel(200, 120, {c.style, 20, 20}, kMaterial, kOutside).draw(picture.view);
+        Bezel(200, 120, {style, 20, 20}, kMaterial, kOutside).draw(picture.view);
         double sum = 0;
         for (int y = 0; y < 120; ++y)
             for (int x = 0; x < 200; ++x) {
                 const int value = mask.view.pixel(x, y)[0];
                 sum += value / 255.0;
                 EXPECT_EQ(value, mask.view.pixel(199 - x, 119 - y)[2]);
-                EXPECT_EQ(value == 0, colourAt(picture.view, x, y) == kOutside) << x << "," << y;
+                EXPECT_EQ(value == 0, picture.at(x, y) == kOutside) << x << "," << y;
             }
-        EXPECT_NEAR(sum, c.area, c.area * 0.001);
+        EXPECT_NEAR(sum, area, area * 0.001);
         EXPECT_TRUE(mask.paddingIsWhole());
     }
 }
@@ -250,13 +235,10 @@ TEST(Bezel, AnyFrameFitsAnyPicture) {
                 Raster picture(side, 41, 24);
                 fill(picture.view, kInside);
                 Bezel(side, 41, {style, frame, frame}, kMaterial, kOutside).draw(picture.view);
-                drawBezelMask(Raster(side, 41, 24).view, {style, frame, frame});
-                if (side == 40) {
-                    EXPECT_EQ(colourAt(picture.view, 20, 20) == kInside, frame <= 1) << frame;
-                }
-                EXPECT_TRUE(frame != INT32_MAX || colourAt(picture.view, side / 2, 20) != kInside) << side;
-                // A frame on two sides alone.
-                Bezel(side, 41, {style, 0, frame}, kMaterial, kOutside).draw(picture.view);
+                EXPECT_TRUE(side != 40 || (picture.at(20, 20) == kInside) == (frame <= 1)) << frame;
+                EXPECT_TRUE(frame != INT32_MAX || picture.at(side / 2, 20) != kInside) << side;
+                drawBezelMask(picture.view, {style, frame, frame});
+                Bezel(side, 41, {style, 0, frame}, kMaterial, kOutside).draw(picture.view); // on two sides alone
                 Bezel(side, 41, {style, frame, 0}, kMaterial, kOutside).draw(picture.view);
             }
 }
@@ -280,39 +262,32 @@ TEST(ScaleGrid, DivisionsAndTicks) {
         SCOPED_TRACE(testing::Message() << c.width << "x" << c.height);
         Raster picture(c.width + 10, c.height + 12, 24);
         drawnGrid(picture, 4, 5, 4 + c.width, 5 + c.height);
-        const auto inked = [&](int x, int y) { return colourAt(picture.view, x, y) != 0; };
+        const auto inked = [&](int x, int y) { return picture.at(x, y) != 0; };
         // Between border and first level line only upright ones are met; one pixel beside an axis, all of its ticks.
         const int axis = 5 + (c.height - 1) / 2;
-        int lines = 0;
-        int ticks = 0;
+        int across = 0, down = 0, ticks = 0;
         for (int x = 0; x < picture.view.width; ++x) {
-            lines += inked(x, 5 + 1 + (c.height > 60));
-            ticks += colourAt(picture.view, x, axis - 1) == kInk;
-        }
-        EXPECT_EQ(lines, c.across + 1);
-        EXPECT_EQ(ticks, c.ticksAcross + 1);
-        lines = 0;
-        for (int y = 0; y < picture.view.height; ++y)
-            lines += inked(4 + 1 + (c.width > 60), y);
-        EXPECT_EQ(lines, c.down + 1);
-        EXPECT_EQ(colourAt(picture.view, 4 + c.width / 4, axis), kInk);
-        for (int x = 0; x < picture.view.width; ++x)
+            across += inked(x, 5 + 1 + (c.height > 60));
+            ticks += picture.at(x, axis - 1) == kInk;
             EXPECT_TRUE(!inked(x, 4) && !inked(x, 5 + c.height)) << x;
-        for (int y = 0; y < picture.view.height; ++y)
+        }
+        for (int y = 0; y < picture.view.height; ++y) {
+            down += inked(4 + 1 + (c.width > 60), y);
             EXPECT_TRUE(!inked(3, y) && !inked(4 + c.width, y)) << y;
+        }
+        EXPECT_EQ((std::array{across, down, ticks}), (std::array{c.across + 1, c.down + 1, c.ticksAcross + 1}));
+        EXPECT_EQ(picture.at(4 + c.width / 4, axis), kInk);
     }
 }
 
 TEST(ScaleGrid, StaysWithinThePicture) {
     const int rectangles[][4] = {{-30, -20, 60, 70}, {10, 10, 11, 90}, {0, 0, 1, 1}, {200, 200, 300, 300}};
-    for (const auto& [left, top, right, bottom] : rectangles) {
-        Raster picture(40, 30, 24, RowOrder::BottomUp);
+    Raster picture(40, 30, 24, RowOrder::BottomUp);
+    for (const auto& [left, top, right, bottom] : rectangles)
         EXPECT_TRUE(drawnGrid(picture, left, top, right, bottom).paddingIsWhole());
-    }
-    Raster empty(40, 30, 24);
-    for (const auto& [right, bottom] : {std::pair{10, 20}, {20, 10}, {5, 5}})
+    for (const auto& [right, bottom] : {std::pair{10, 20}, {20, 10}, {5, 5}}) // nothing to draw in
         for (int y = 0; y < 30; ++y)
-            EXPECT_EQ(drawnGrid(empty, 10, 10, right, bottom).row(y), Bytes(120, 0));
+            EXPECT_EQ(drawnGrid(picture, 10, 10, right, bottom).row(y), Bytes(120, 0));
 }
 
 } // namespace

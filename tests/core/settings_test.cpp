@@ -78,27 +78,25 @@ void expectValues(std::span<const LineCase> cases) {
 }
 
 TEST(SettingsFile, ReadsNumbersTextsAndShortenedKeys) {
-    const LineCase cases[] = {
-        {"MainDelay ==  7\r\n", MainDelay, "7"},
-        {"MainDelay", MainDelay, "0"},
-        {"MainDelay=12x3", MainDelay, "12"},
-        {"MainDelay=7\nMainDelay=8\n", MainDelay, "8"},
-        {"MainDelay=7\rMainDelay=8\n", MainDelay, "7"},
-        {"MainDelay=-1", MainDelay, "4294967295"},
-        {"MainDelay=4294967296", MainDelay, "0"},
-        {"MainDelay=99999999999999999999", MainDelay, "1661992959"},
-        {"LabelLeft = L E F T ", LabelLeft, "L E F T "},
-        {"LabelLeft = = x", LabelLeft, "= x"},
-        {std::string("LabelLeft=ab\0cd\nMainDelay=7", 27), LabelLeft, "ab"},
-        {std::string("LabelLeft=ab\0cd\nMainDelay=7", 27), MainDelay, "7"},
-        {"LabelLeft=\xA0\x85\xFF\n", LabelLeft, "\xA0\x85\xFF"},
-        {"MainDel=7", MainDelay, "7"},
-        {"Main=9", MainAlphaTrans, "9"},
-        {"\n", AddDescriptiveCommentBlock, "0"},
-        {"=3", AddDescriptiveCommentBlock, "3"},
-        {" 4", AddDescriptiveCommentBlock, "4"},
-        {" MainDelay=7", MainDelay, "5"},
-    };
+    const LineCase cases[] = {{"MainDelay ==  7\r\n", MainDelay, "7"},
+                              {"MainDelay", MainDelay, "0"},
+                              {"MainDelay=12x3", MainDelay, "12"},
+                              {"MainDelay=7\nMainDelay=8\n", MainDelay, "8"},
+                              {"MainDelay=7\rMainDelay=8\n", MainDelay, "7"},
+                              {"MainDelay=-1", MainDelay, "4294967295"},
+                              {"MainDelay=4294967296", MainDelay, "0"},
+                              {"MainDelay=99999999999999999999", MainDelay, "1661992959"},
+                              {"LabelLeft = L E F T ", LabelLeft, "L E F T "},
+                              {"LabelLeft = = x", LabelLeft, "= x"},
+                              {std::string("LabelLeft=ab\0cd\nMainDelay=7", 27), LabelLeft, "ab"},
+                              {std::string("LabelLeft=ab\0cd\nMainDelay=7", 27), MainDelay, "7"},
+                              {"LabelLeft=\xA0\x85\xFF\n", LabelLeft, "\xA0\x85\xFF"},
+                              {"MainDel=7", MainDelay, "7"},
+                              {"Main=9", MainAlphaTrans, "9"},
+                              {"\n", AddDescriptiveCommentBlock, "0"},
+                              {"=3", AddDescriptiveCommentBlock, "3"},
+                              {" 4", AddDescriptiveCommentBlock, "4"},
+                              {" MainDelay=7", MainDelay, "5"}};
     expectValues(cases);
 }
 

@@ -1,6 +1,9 @@
-// Levels and bands of sounds. Levels were worked out by hand; bands are compared with filters that are run one after
-// the other over a copy.
+// Sounds: their figures in words, levels and bands, and the sound that instruments have at first. Levels and times were
+// worked out by hand; bands are compared with filters that are run one after the other over a copy.
+#include "defaults/song.h"
+#include "sound/band_lanes.h"
 #include "sound/sound_analysis.h"
+#include "sound/wave_summary.h"
 #include "wave_bytes.h"
 
 #include <gtest/gtest.h>
@@ -11,9 +14,32 @@
 #include <functional>
 #include <numbers>
 #include <random>
+#include <tuple>
 
 namespace veldran {
 namespace {
+
+WaveFormat formatOf(std::uint16_t channels, std::uint32_t rate, std::uint16_t alignment) {
+    return {kPcmTag, channels, rate, rate * alignment, alignment, 0};
+}
+
+TEST(WaveSummary, FiguresInWords) {
+    const std::tuple<WaveFormat, std::size_t, const char*> cases[] = {
+        {formatOf(2, 44100, 4), 13318200, "Stereo, 44.1 kHz, 01:15.50"},
+        {formatOf(1, 8000, 1), 0, "Mono, 8.0 kHz, 00:00.00"},
+        {formatOf(6, 96000, 12), 1152000, "Stereo, 96.0 kHz, 00:01.00"},
+        {formatOf(1, 100, 1), 29, "Mono, 0.1 kHz, 00:00.29"}, // as a float a little less than 29 hundredths
+        {formatOf(1, 1, 1), 4294967295, "Mono, 0.0 kHz, 71582788:15.00"},
+        {formatOf(0, 8000, 0), 8000, "Stereo, 8.0 kHz, 00:00.00"},
+        {formatOf(1, 0, 2), 8000, "Mono, 0.0 kHz, 00:00.00"}};
+    for (const auto& [format, dataBytes, text] : cases)
+        EXPECT_EQ(waveFigures(format, dataBytes), text);
+}
+
+TEST(WaveSummary, NamesItsLines) {
+    EXPECT_EQ(waveSummary("50%s.wav", formatOf(1, 22050, 2), 44100 * 65),
+              "50%s.wav\n\nChannels: Mono\nSample rate: 22.0 kHz\nPlaying time: 01:05.00");
+}
 
 using Numbers = std::vector<std::int32_t>;
 
@@ -35,8 +61,7 @@ TEST(SoundLevels, PeaksOfEachKindOfSample) {
         {"half a pair at the end", pcm(2, 16), words({256, 512, 768}), 1, {1}, {2}, {1}},
         {"more frames than samples", pcm(1, 8), {255, 255}, 3, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}},
         {"no samples", pcm(2, 16), {}, 2, {0, 0}, {0, 0}, {0, 0}},
-        {"no channels", pcm(0, 8), {255, 255}, 1, {0}, {0}, {0}},
-    };
+        {"no channels", pcm(0, 8), {255, 255}, 1, {0}, {0}, {0}}};
     for (const auto& c : cases) {
         const auto analysis = analyseSound(c.format, c.samples, c.frames, SoundMeasure::Levels, SoundScale::Raw);
         ASSERT_TRUE(analysis) << c.what;
@@ -102,11 +127,9 @@ TEST(SoundAnalysis, PlayingTimesAndDelays) {
     const struct {
         WaveFormat format;
         int levels, spectrum; // milliseconds
-    } cases[] = {
-        {pcm(1, 16, 22050), 1000, 500},
-        {pcm(1, 8, 96000), 459, 229}, // 459.375
-        {pcm(2, 8, 0), 0, 0},
-    };
+    } cases[] = {{pcm(1, 16, 22050), 1000, 500},
+                 {pcm(1, 8, 96000), 459, 229}, // 459.375
+                 {pcm(2, 8, 0), 0, 0}};
     for (const auto& c : cases)
         for (const SoundMeasure measure : {SoundMeasure::Levels, SoundMeasure::Spectrum})
             EXPECT_EQ(analyseSound(c.format, Bytes(44100, 99), 4, measure, SoundScale::Raw)->playingMilliseconds,
@@ -188,15 +211,10 @@ void expectPlainBands(const WaveFormat& format, const Bytes& samples, std::uint3
 Bytes samplesOf(const WaveFormat& format, std::size_t bytes, const std::function<double(std::size_t)>& wave) {
     std::vector<int> values;
     for (std::size_t i = 0; i < bytes; ++i)
-        values.push_back(static_cast<int>(std::lround(wave(i) * (format.bitsPerSample == 8 ? 127 : 32767))));
-    if (format.bitsPerSample == 16) {
-        Bytes samples = words(values);
-        samples.resize(bytes);
-        return samples;
-    }
-    Bytes samples;
-    for (const int value : values)
-        samples.push_back(static_cast<std::uint8_t>(value + 127));
+        values.push_back(static_cast<int>(format.bitsPerSample == 8 ? std::lround(wave(i) * 127) + 127
+                                                                    : std::lround(wave(i) * 32767)));
+    Bytes samples = format.bitsPerSample == 8 ? Bytes(values.begin(), values.end()) : words(values);
+    samples.resize(bytes);
     return samples;
 }
 
@@ -239,6 +257,56 @@ TEST(SoundSpectrum, NormalisesAllBandsTogether) {
     EXPECT_EQ(scaled->bands[8].right, Numbers(4, kSilent));
     EXPECT_EQ(scaled->bands[4].mono, raw->bands[4].mono);
     EXPECT_TRUE(scaled->levels.left.empty());
+}
+
+TEST(BandLanes, RegistersOfBothLengthsGiveTheSameBits) {
+    if (!hasAvx())
+        GTEST_SKIP() << "This processor has registers of one length.";
+    constexpr std::size_t kPairs = 300;
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> sample(-1, 1);
+    BandFactors factors{};
+    for (std::size_t lane = 0; lane < kBandLanes; ++lane) { // the last one grows beyond what a double holds
+        factors.gain[lane] = sample(random);
+        factors.b1[lane] = -1.8 * sample(random);
+        factors.b2[lane] = lane + 1 < kBandLanes ? 0.9 : 30;
+    }
+    alignas(32) double input[2 * kPairs];
+    for (double& value : input)
+        value = sample(random);
+    BandState states[2]{};
+    alignas(32) double loudest[2][kBandLanes]{};
+    for (const std::size_t pairs : {0, 1, 2, 3, 17, 300}) {
+        runBandLanesSse2(factors, states[0], input, pairs, loudest[0]);
+        runBandLanesAvx(factors, states[1], input, pairs, loudest[1]);
+        EXPECT_EQ(std::memcmp(&states[0], &states[1], sizeof(BandState)), 0) << pairs;
+        EXPECT_EQ(std::memcmp(loudest[0], loudest[1], sizeof loudest[0]), 0) << pairs;
+        EXPECT_EQ(loudest[0][0] > 0, pairs > 0);
+    }
+}
+
+TEST(DefaultSound, MovesEveryBandOnBothSides) {
+    const std::string file = defaults::waveFile(defaults::song());
+    WaveFormat format;
+    std::memcpy(&format, file.data() + 20, sizeof format);
+    const std::vector<std::uint8_t> samples(file.begin() + 44, file.end());
+    const auto spectrum = analyseSound(format, samples, 128, SoundMeasure::Spectrum, SoundScale::Normalised);
+    ASSERT_TRUE(spectrum);
+    EXPECT_EQ(spectrum->playingMilliseconds, 4000);
+    for (const ChannelLevels& band : spectrum->bands)
+        for (const auto& levels : {band.left, band.right}) {
+            EXPECT_GT(std::ranges::max(levels), 255 / 2);
+            EXPECT_LT(std::ranges::min(levels), std::ranges::max(levels) / 3);
+        }
+}
+
+TEST(DefaultSound, LoopsWithoutAClick) {
+    const defaults::Loop loop = defaults::song();
+    const auto step = [&](std::size_t i) { return std::abs(loop.left(i + 1) - loop.left(i)); };
+    double largest = 0;
+    for (std::size_t i = 0; i + 1 < loop.size(); ++i)
+        largest = std::max(largest, step(i));
+    EXPECT_LT(step(loop.size() - 1), largest / 2);
 }
 
 } // namespace

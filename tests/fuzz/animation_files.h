@@ -31,16 +31,12 @@ inline bool fitsGif(const stage::Animation& animation) {
 
 // Whether every delay is one that the format can say.
 inline bool fitsDelays(const stage::Animation& animation, stage::OutputFormat format) {
-    return std::ranges::all_of(animation.frames, [&](const stage::Frame& frame) {
-        switch (format) {
-        case stage::OutputFormat::Gif:
-            return frame.delay % 10 == 0 && frame.delay <= 655350;
-        case stage::OutputFormat::Mng:
-            return frame.delay <= 0x7FFFFFFF;
-        default:
-            return frame.delay <= 65535;
-        }
-    });
+    const std::uint32_t most = format == stage::OutputFormat::Gif   ? 655350
+                               : format == stage::OutputFormat::Mng ? 0x7FFFFFFF
+                                                                    : 65535;
+    const std::uint32_t unit = format == stage::OutputFormat::Gif ? 10 : 1;
+    return std::ranges::all_of(
+        animation.frames, [&](const stage::Frame& frame) { return frame.delay % unit == 0 && frame.delay <= most; });
 }
 
 // Writes the animation and reads it back: the same must be seen. Where a GIF cannot hold it, only its size and time.

@@ -1,39 +1,19 @@
 // Small animations of any pixels: what the writers make of them must show the same when it is read back. Bytes: sides,
 // frames, plays, then for each frame its delay and the areas that change in it, a byte that is missing being 0.
 #include "animation_files.h"
-#include "noise.h"
 
 #include "core/png_coding.h"
 
 #include <array>
+#include <random>
 
 using namespace stage;
 using fuzz::Input;
 using fuzz::mustHold;
-using fuzz::Noise;
 
 namespace {
 
 enum class Content : unsigned { Colour, Hole, Greys, Colours, ManyColours, HalfOpaque };
-
-Pixel areaPixel(Content content, Rgb colour, std::uint8_t mask, Noise& noise) {
-    const auto level = static_cast<std::uint8_t>(noise.next() & mask);
-    switch (content) {
-    case Content::Colour:
-        return pixelOf(colour);
-    case Content::Hole:
-        return kTransparentPixel;
-    case Content::Greys:
-        return pixelOf({level, level, level});
-    case Content::Colours:
-        return pixelOf({level, colour.green, colour.blue});
-    case Content::ManyColours:
-        return pixelOf({level, noise.next(), noise.next()});
-    case Content::HalfOpaque:
-        break;
-    }
-    return pixelOf({level, colour.green, colour.blue}, noise.next());
-}
 
 void changeArea(Input& input, Picture& picture) {
     const std::uint32_t x = input.number(picture.width - 1);
@@ -42,11 +22,19 @@ void changeArea(Input& input, Picture& picture) {
     const std::uint32_t height = 1 + input.number(picture.height - y - 1);
     const auto content = static_cast<Content>(input.number(5));
     const auto bytes = input.take<std::array<std::uint8_t, 4>>();
-    Noise noise(bytes[0]);
-    for (std::uint32_t row = y; row < y + height; ++row)
-        for (std::uint32_t column = x; column < x + width; ++column)
-            picture.pixels[row * picture.width + column] =
-                areaPixel(content, {bytes[1], bytes[2], bytes[3]}, bytes[1], noise);
+    std::minstd_rand random(bytes[0]);
+    const auto noise = [&] { return static_cast<std::uint8_t>(random() >> 8); };
+    for (std::uint32_t i = 0; i < width * height; ++i) {
+        Rgb colour{bytes[1], bytes[2], bytes[3]};
+        if (content != Content::Colour)
+            colour.red = noise() & bytes[1];
+        if (content == Content::Greys)
+            colour.green = colour.blue = colour.red;
+        if (content == Content::ManyColours)
+            colour = {colour.red, noise(), noise()};
+        const std::uint8_t opacity = content == Content::Hole ? 0 : content == Content::HalfOpaque ? noise() : 255;
+        picture.pixels[(y + i / width) * picture.width + x + i % width] = pixelOf(colour, opacity);
+    }
 }
 
 Animation takeAnimation(Input& input) {

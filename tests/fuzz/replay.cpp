@@ -74,16 +74,12 @@ void runChanged(const Target& target, const Bytes& whole, const std::string& nam
 
 // Whether there are files.
 bool runFolder(const Target& target, const fs::path& folder) {
-    std::vector<fs::path> files;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
-        files.push_back(entry.path());
+    const std::vector<fs::path> files(fs::directory_iterator(folder), {});
     for (const fs::path& file : files) {
         const Bytes whole = bytesOf(file);
         run(target, whole, file.string());
         runChanged(target, whole, file.string(), kChangedRuns / static_cast<int>(files.size()));
     }
-    std::printf("%s: %zu files\n", target.name, files.size());
-    std::fflush(stdout);
     return !files.empty();
 }
 

@@ -1,20 +1,22 @@
 // Writes what the search and the replay begin with: seeds FOLDER makes FOLDER/TARGET with a few small files for each
 // target, and FOLDER/TARGET.dict with the words of those formats that have words.
+#include "bitmap_bytes.h"
 #include "mended_chunks.h"
-#include "noise.h"
 #include "record_bytes.h"
 #include "shown_pictures.h"
 #include "wave_bytes.h"
 
 #include "core/animation_writer.h"
+#include "core/arguments.h"
 #include "core/lzw.h"
-#include "render/image_view.h"
 #include "settings/settings_file.h"
 
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
+#include <random>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -58,24 +60,15 @@ void dictionary(const char* target, const std::vector<std::string>& words) {
 }
 
 Bytes noise(std::size_t count, std::uint32_t start = 1) {
-    fuzz::Noise source(start);
+    std::minstd_rand random(start);
     Bytes bytes(count);
-    for (std::uint8_t& byte : bytes)
-        byte = source.next();
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random() >> 8); });
     return bytes;
 }
 
-template <class Number>
-void append(Bytes& bytes, Number number) {
-    const std::size_t at = bytes.size();
-    bytes.resize(at + sizeof number);
-    std::memcpy(&bytes[at], &number, sizeof number);
-}
-
-Bytes joined(std::initializer_list<std::uint8_t> head, const Bytes& tail) {
-    Bytes bytes(head);
-    bytes.insert(bytes.end(), tail.begin(), tail.end());
-    return bytes;
+Bytes joined(Bytes head, const Bytes& tail) {
+    head.insert(head.end(), tail.begin(), tail.end());
+    return head;
 }
 
 Bytes bytesOf(std::string_view text) {
@@ -108,18 +101,12 @@ void seedTexts() {
     seed("batch", "lines",
          "\xEF\xBB\xBF# renders\nrender --effect radar --set \"MainRadarMarkers=a \\\" b\" --out r.gif --out r.apng\r\n"
          "render --like r.gif --loop 3 --matte #FFFFFF --threshold 9 --as png --json\ninspect \"a b.gif\"\n");
-    dictionary("batch", {"render ",       "inspect ", "batch ",      "help ",   "list",       " --effect ", " --set ",
-                         " --ini ",       " --like ", " --markers ", " --as ",  " --out ",    " --loop ",   " --matte ",
-                         " --threshold ", " --test",  " --json",     " --help", " --frames ", "\"",         "\\\""});
-    seed("catalog", "small",
-         "voltane-effects\t1\nbutton\ttest\t48\neffect\t0\tRound meter\neffect\t7\tCountdown *\nmarkers\t7\n"
-         "setting\tAngle\tinteger\t90\t0\t360\t7\tAngle\t\nsetting\tTrace\tcolour\t65280\t0\t16777215\t7\tTrace\t\n"
-         "setting\tSize\tchoice\t1\t\t\t0\tSize\tsmall;medium;large\nsetting\tName\ttext\ta b\t\t\t-\t\t\n"
-         "setting\tSound\tfile\t\t\t\t-\tSound\t\nsetting\tAlpha\tflag\t0\t\t\t-\tAlpha\t\n");
-    dictionary("catalog", {"setting\t", "effect\t", "button\ttest\t", "markers\t", "\tinteger\t", "\tcolour\t",
-                           "\tchoice\t", "\ttext\t", "\tfile\t", "\tflag\t", "\t-\t"});
-    seed("json", "letters", "plain \"quoted\" \\ \x01\n \xC3\xA4 \xE2\x98\x83 \xF0\x9F\x98\x80");
-    seed("json", "damaged", "\xC3 \x80 \xE2\x98 \xF5\x80\x80\x80");
+    std::vector<std::string> words = {"render ", "inspect ", "\"", "\\\""};
+    std::istringstream usage(stage::usageText(stage::Verb::Render));
+    for (std::string word; usage >> word;)
+        if (word.starts_with("--"))
+            words.push_back(' ' + word + ' ');
+    dictionary("batch", words);
     seed("remembered", "radar",
          "[Voltane #1]\n; delays in hundredths of a second\nMainRadarSize = 200\nMainRadarPadding = 3\n"
          "InstrumentFontName = Courier\nMainEffect = 15\n[Markers]\nAlpha,45,80\n");
@@ -130,47 +117,34 @@ void seedTexts() {
 void seedSounds() {
     for (const int channels : {1, 2, 3})
         for (const int bits : {8, 16}) {
-            Bytes bytes;
-            append(bytes, pcm(channels, bits));
-            const Bytes samples = channels == 1 ? noise(600) : words({100, -200, 32767, -32768, 5, 6, 7});
-            const Bytes choices = {7, static_cast<std::uint8_t>(channels * 5), 3, 0, 200, 0};
-            bytes.insert(bytes.end(), choices.begin(), choices.end());
-            bytes.insert(bytes.end(), samples.begin(), samples.end());
+            const WaveFormat format = pcm(channels, bits);
+            Bytes bytes(sizeof format);
+            std::memcpy(bytes.data(), &format, sizeof format);
+            bytes = joined(bytes, {7, static_cast<std::uint8_t>(channels * 5), 3, 0, 200, 0});
+            bytes = joined(bytes, channels == 1 ? noise(600) : words({100, -200, 32767, -32768, 5, 6, 7}));
             seed("sound", std::to_string(channels) + " channels of " + std::to_string(bits), bytes);
         }
 }
 
-// A packed bitmap with a whole colour table; its header is `headerBytes` long.
-Bytes bitmap(int width, int height, int bits, std::uint32_t compression = 0, std::uint32_t headerBytes = 40) {
-    BitmapHeader header{};
-    header.size = headerBytes;
-    header.width = width;
-    header.height = height;
-    header.planes = 1;
-    header.bits = static_cast<std::uint16_t>(bits);
-    header.compression = compression;
-    Bytes bytes;
-    append(bytes, header);
-    if (compression != 0)
-        for (const std::uint32_t mask : {0xF800u, 0x7E0u, 0x1Fu, compression == 6 ? 0xFF000000u : 0u})
-            append(bytes, mask);
-    bytes.resize(std::max<std::size_t>(bytes.size(), headerBytes), 0);
-    const std::size_t rows = bitmapStride(width, bits) * static_cast<std::size_t>(std::abs(height));
-    const Bytes content = noise(colourTableBytes(bits) + rows);
-    bytes.insert(bytes.end(), content.begin(), content.end());
-    return bytes;
+// With bytes for a whole colour table, masks, the rest of the header and the rows.
+Bytes bitmap(const BitmapLayout& layout) {
+    const Bytes masks = {0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0x1F, 0, 0, 0, 0, 0, 0, 0xFF};
+    const std::size_t rows =
+        bitmapStride(layout.width, layout.bits) * static_cast<std::size_t>(std::abs(layout.height));
+    const std::size_t rest = layout.headerBytes - 40 + colourTableBytes(layout.bits) + rows;
+    return bitmapOf(layout, layout.compression == 0 ? noise(rest) : joined(masks, noise(rest)));
 }
 
 void seedBitmaps() {
     for (const int bits : {1, 4, 8, 16, 24, 32}) {
-        seed("foreign_bitmap", "plain " + std::to_string(bits), bitmap(5, 3, bits));
-        seed("foreign_bitmap", "top-down " + std::to_string(bits), bitmap(9, -2, bits, 0, 124));
+        seed("foreign_bitmap", "plain " + std::to_string(bits), bitmap({bits, 5, 3}));
+        seed("foreign_bitmap", "top-down " + std::to_string(bits), bitmap({bits, 9, -2, 0, 0, 124}));
+        if (bits != 4 && bits != 16)
+            seed("packed_record", "bitmap " + std::to_string(bits), joined({0, 9, 1}, bitmap({bits, 4, 3})));
     }
-    seed("foreign_bitmap", "masks 16", bitmap(3, 3, 16, 3));
-    seed("foreign_bitmap", "masks 32", bitmap(3, 3, 32, 6, 108));
-    for (const int bits : {1, 8, 24, 32})
-        seed("packed_record", "bitmap " + std::to_string(bits), joined({0, 9, 1}, bitmap(4, 3, bits)));
-    seed("packed_record", "record", joined({0, 9, 0}, makeRecord(bitmap(4, 3, 8))));
+    seed("foreign_bitmap", "masks 16", bitmap({16, 3, 3, 3}));
+    seed("foreign_bitmap", "masks 32", bitmap({32, 3, 3, 6, 0, 108}));
+    seed("packed_record", "record", joined({0, 9, 0}, makeRecord(bitmap({8, 4, 3}))));
 }
 
 // Red, green and blue from a byte, so that there are many colours, few or holes.
@@ -180,7 +154,7 @@ stage::Animation animation(std::uint8_t mask, bool hasHoles) {
     animation.height = 7;
     for (std::uint32_t frame = 0; frame < 3; ++frame) {
         stage::Picture picture{9, 7, {}};
-        for (const std::uint8_t byte : noise(63, frame / 2)) {
+        for (const std::uint8_t byte : noise(63, 1 + frame / 2)) {
             const auto level = static_cast<std::uint8_t>(byte & mask);
             picture.pixels.push_back(hasHoles && byte % 3 == 0
                                          ? stage::kTransparentPixel
@@ -213,63 +187,47 @@ void seedWritten() {
 void seedGifs() {
     // Interlaced, with a palette of its own, an end inside of it, and no trailer.
     Bytes gif = bytesOf(std::string_view("GIF87a\5\0\t\0\x80\1\0\1\2\3\4\5\6,\0\0\0\0\5\0\t\0\xC0", 29));
-    for (int i = 0; i < 6; ++i)
-        gif.push_back(static_cast<std::uint8_t>(i * 40));
-    Bytes indices(45);
-    for (std::size_t i = 0; i < indices.size(); ++i)
-        indices[i] = i % 3 == 0 ? 1 : 0;
+    Bytes indices = noise(45);
+    for (std::uint8_t& index : indices)
+        index &= 1;
     const Bytes codes = stage::compressLzw({indices}, 2);
-    gif.insert(gif.end(), {2, static_cast<std::uint8_t>(codes.size())});
-    gif.insert(gif.end(), codes.begin(), codes.end());
-    gif.push_back(0);
-    seed("gif", "interlaced", gif);
+    gif = joined(joined(gif, {0, 40, 80, 120, 160, 200, 2, static_cast<std::uint8_t>(codes.size())}), codes);
+    seed("gif", "interlaced", joined(gif, {0}));
     dictionary("gif", {"GIF89a", "GIF87a", std::string("!\xF9\4\5\1\0\1\0", 8), "!\xFF\vNETSCAPE2.0\3\1", "!\xFE",
                        std::string(",\0\0\0\0", 5), "[Voltane #1]\n", ";"});
-    const Bytes packed = stage::compressLzw({noise(300)}, 8);
-    seed("lzw", "codes", joined({7, 44, 1, 0}, packed));
-    seed("lzw", "indices", joined({3, 44, 1, 1, 2, 0, 0, 1, 1, 0, 9}, noise(300)));
-    seed("deflate", "noise", joined({2, 0x80, 0, 0xF0, 3, 0, 0}, noise(200)));
-    seed("deflate", "text",
-         joined({1, 0, 0, 0, 0}, bytesOf("a text that is a text and a text again, aaaaaaaaaaaaaaaaaaaaa")));
-}
-
-stage::PngBytes pngHeader(std::uint32_t side, unsigned depth, unsigned colour, bool isInterlaced) {
-    stage::PngBytes data;
-    stage::putPngNumber(data, side);
-    stage::putPngNumber(data, side);
-    for (const unsigned value : {depth, colour, 0u, 0u, isInterlaced ? 1u : 0u})
-        data.push_back(static_cast<std::uint8_t>(value));
-    return data;
+    seed("coders", "indices", joined({2, 1, 1, 2, 0, 0, 1, 1, 0, 9}, noise(300)));
+    seed("coders", "noise", joined({0, 0, 2, 0x80, 0, 0xF0, 3, 0, 0}, noise(200)));
+    seed("coders", "text",
+         joined({0, 0, 1, 0, 0, 0, 0}, bytesOf("a text that is a text and a text again, aaaaaaaaaaaaaaaaaaaaa")));
 }
 
 // More than the picture needs, so that sides may grow: rows of all filters, for mendedChunks to compress.
-stage::PngBytes rawPixels(std::size_t rowBytes) {
-    stage::PngBytes bytes = {stage::kRawPixels};
-    for (unsigned row = 0; row < 24; ++row) {
-        bytes.push_back(static_cast<std::uint8_t>(row % 5));
-        const Bytes samples = noise(rowBytes, row);
-        bytes.insert(bytes.end(), samples.begin(), samples.end());
-    }
+Bytes rawPixels(std::size_t rowBytes) {
+    Bytes bytes = {stage::kRawPixels};
+    for (std::uint8_t row = 0; row < 24; ++row)
+        bytes = joined(joined(bytes, {static_cast<std::uint8_t>(row % 5)}), noise(rowBytes, row));
     return bytes;
 }
 
-void putPicture(stage::PngBytes& file, unsigned depth, unsigned colour, bool isInterlaced) {
-    constexpr unsigned kSamples[] = {1, 0, 3, 1, 2, 0, 4};
-    constexpr std::uint32_t kSide = 5;
-    stage::putChunk(file, "IHDR", pngHeader(kSide, depth, colour, isInterlaced));
+void putPicture(Bytes& file, std::uint8_t depth, std::uint8_t colour, bool isInterlaced) {
+    constexpr std::size_t kSamples[] = {1, 0, 3, 1, 2, 0, 4};
+    constexpr std::uint8_t kSide = 5;
+    const std::uint8_t interlacing = isInterlaced ? 1 : 0;
+    stage::putChunk(file, "IHDR", Bytes{0, 0, 0, kSide, 0, 0, 0, kSide, depth, colour, 0, 0, interlacing});
     if (colour == 3) {
         stage::putChunk(file, "PLTE", noise(3 * (std::size_t{1} << depth)));
         stage::putChunk(file, "tRNS", noise(2));
     } else if (colour != 4 && colour != 6) {
-        stage::putChunk(file, "tRNS", Bytes(std::size_t{2} * kSamples[colour], 1));
+        stage::putChunk(file, "tRNS", Bytes(2 * kSamples[colour], 1));
     }
     stage::putChunk(file, "IDAT", rawPixels((kSide * kSamples[colour] * depth + 7) / 8));
     stage::putChunk(file, "IEND", {});
 }
 
 void seedPngs() {
-    const std::pair<unsigned, unsigned> looks[] = {{1, 0}, {2, 0}, {4, 0}, {8, 0}, {16, 0}, {8, 2}, {16, 2}, {1, 3},
-                                                   {2, 3}, {4, 3}, {8, 3}, {8, 4}, {16, 4}, {8, 6}, {16, 6}};
+    const std::pair<std::uint8_t, std::uint8_t> looks[] = {{1, 0}, {2, 0},  {4, 0},  {8, 0}, {16, 0},
+                                                           {8, 2}, {16, 2}, {1, 3},  {2, 3}, {4, 3},
+                                                           {8, 3}, {8, 4},  {16, 4}, {8, 6}, {16, 6}};
     for (const auto& [depth, colour] : looks) {
         Bytes file(std::begin(stage::kPngSignature), std::end(stage::kPngSignature));
         putPicture(file, depth, colour, depth + colour % 2 > 4);
@@ -282,10 +240,8 @@ void seedPngs() {
     dictionary("png", words);
 
     Bytes mng(std::begin(stage::kMngSignature), std::end(stage::kMngSignature));
-    Bytes header(28);
-    header[3] = header[7] = 9; // sides
-    header[11] = 100;          // ticks a second
-    stage::putChunk(mng, "MHDR", header);
+    stage::putChunk(mng, "MHDR",
+                    joined({0, 0, 0, 9, 0, 0, 0, 9, 0, 0, 0, 100}, Bytes(16))); // 9 x 9, 100 ticks a second
     stage::putChunk(mng, "TERM", Bytes{3, 0, 0, 0, 0, 0, 0, 0, 0, 4});
     stage::putChunk(mng, "PLTE", noise(12));
     stage::putChunk(mng, "tRNS", noise(2));
@@ -315,16 +271,6 @@ void seedAnimations() {
     }
 }
 
-// Calls: begin (0), background (1, 2), frames (3) of 4 x 2 pixels, the first indexed.
-void seedRecorder() {
-    for (std::uint8_t deltas = 0; deltas < 2; ++deltas) {
-        Bytes calls = {0, deltas, 0, 4, 2, 0, 7, 2, 1, 9, 0};
-        calls.insert(calls.end(), {3, 3, 1, 0, 9, 0, 0, 0, 7, 1, 5, 4, 4, 5});
-        calls.insert(calls.end(), {3, 3, 1, deltas, 9, 0, 0, 0, 7, 1, 5, 4, 4, 5, 6, 7, 8});
-        seed("recorder", deltas == 0 ? "two kinds of frames" : "differences", calls);
-    }
-}
-
 } // namespace
 
 int main(int count, char** arguments) {
@@ -339,6 +285,5 @@ int main(int count, char** arguments) {
     seedGifs();
     seedPngs();
     seedAnimations();
-    seedRecorder();
     return 0;
 }

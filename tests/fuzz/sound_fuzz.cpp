@@ -12,17 +12,14 @@ using fuzz::mustHold;
 
 namespace {
 
-void checkChannel(const std::vector<std::int32_t>& levels, std::size_t count, std::int32_t most, SoundScale scale) {
-    mustHold(levels.size() == count, "there is a level a slice");
-    for (const std::int32_t level : levels)
-        mustHold((level >= 0 && level <= most) || (scale == SoundScale::Normalised && level == kSilentLevel),
-                 "a level lies on its scale");
-}
-
 void checkLevels(const ChannelLevels& levels, std::size_t count, std::int32_t most, SoundScale scale) {
-    const std::int32_t mostShown = scale == SoundScale::Normalised ? 255 : most;
-    checkChannel(levels.left, count, mostShown, scale);
-    checkChannel(levels.right, count, mostShown, scale);
+    const bool isNormalised = scale == SoundScale::Normalised;
+    for (const auto& channel : {levels.left, levels.right}) {
+        mustHold(channel.size() == count, "there is a level a slice");
+        for (const std::int32_t level : channel)
+            mustHold((level >= 0 && level <= (isNormalised ? 255 : most)) || (isNormalised && level == kSilentLevel),
+                     "a level lies on its scale");
+    }
     mustHold(levels.mono.size() == count, "there is a level of both a slice");
     for (const SoundChannels channels :
          {SoundChannels::Stereo, SoundChannels::Left, SoundChannels::Right, SoundChannels::Mono})

@@ -1,11 +1,13 @@
-// LEDs against the levels they stand for: how many are lit, in which colour; light beside lit ones; scales and the
-// places of everything on a meter.
+// LEDs and tuning tubes against the levels they stand for: how many are lit, in which colour, how wide the shadow is;
+// light beside what is lit; scales and the places of everything on a meter.
+#include "instruments/eye_tube.h"
 #include "instruments/led_meter_model.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdlib>
+#include <numbers>
 
 namespace veldran {
 namespace {
@@ -15,11 +17,11 @@ constexpr Colour kYellow = 0x00C0C0;
 constexpr Colour kRed = 0x0000C0;
 constexpr LedLook kLook = {kGreen, kYellow, kRed, 0x101010, LedShape::Plain, 160, 220, 50, true, false};
 
-struct Drawn {
+struct DrawnLeds {
     LedStripGeometry geometry;
     StoredPicture picture;
 
-    Drawn(const LedStripGeometry& g, const LedLook& look, int lit, int fading)
+    DrawnLeds(const LedStripGeometry& g, const LedLook& look, int lit, int fading)
         : geometry(g), picture(g.width(), g.height()) {
         LedStrip(g, look).draw(picture.view, {0, 0}, lit, fading);
     }
@@ -45,18 +47,15 @@ TEST(Leds, LitPartIsTheLevelAndItsTopTellsTheRange) {
         for (int level = 0; level < 256; ++level)
             EXPECT_LE(std::abs(litLeds(level, leds) - level * leds / 255.0), 0.5) << leds << ' ' << level;
     for (const LedStripGeometry& geometry : {kUp, kRight}) {
-        const Drawn full(geometry, kLook, geometry.leds, 0);
-        int before = 0;
+        const DrawnLeds full(geometry, kLook, geometry.leds, 0);
         for (int level = 1; level < 256; ++level) {
             const int lit = litLeds(level, geometry.leds);
-            if (lit == before)
+            if (lit == litLeds(level - 1, geometry.leds))
                 continue;
-            before = lit;
             const Colour top = full.middleOf(lit - 1);
             EXPECT_EQ(redOf(top) > 150, level >= 160) << level;
             EXPECT_EQ(greenOf(top) > 150, level < 220) << level;
         }
-        EXPECT_EQ(before, geometry.leds);
     }
 }
 
@@ -68,7 +67,7 @@ TEST(Leds, EveryStateLooksDifferent) {
             look.showDark = showDark;
             look.incandescent = true;
             for (const LedStripGeometry& geometry : {kUp, kRight}) {
-                const Drawn drawn(geometry, look, 5, 8);
+                const DrawnLeds drawn(geometry, look, 5, 8);
                 EXPECT_GT(greenOf(drawn.middleOf(4)), 190);
                 EXPECT_LT(greenOf(drawn.middleOf(7)), greenOf(drawn.middleOf(4)));
                 EXPECT_GT(greenOf(drawn.middleOf(7)), greenOf(drawn.middleOf(8)));
@@ -81,7 +80,7 @@ TEST(Leds, EveryStateLooksDifferent) {
         }
     LedLook tube = kLook;
     tube.shape = LedShape::Tube; // shines on the next one
-    const Drawn drawn(kUp, tube, 5, 8);
+    const DrawnLeds drawn(kUp, tube, 5, 8);
     EXPECT_NE(drawn.at(kUp.edge + 5 * 8), drawn.at(kUp.edge + 6 * 8));
     EXPECT_EQ(drawn.middleOf(7), drawn.middleOf(8)); // goes out at once
 }
@@ -153,6 +152,50 @@ TEST(Leds, NothingOnAMeterMeets) {
             EXPECT_EQ((well.left | well.top | well.right | well.bottom | last.x) % 2, 0); // sharp once halved
         }
     }
+}
+
+constexpr int kDiameter = 240;
+
+// A tube with a margin to its left and above, so that its place counts.
+struct DrawnTube {
+    StoredPicture picture{kDiameter + 5, kDiameter + 3};
+
+    DrawnTube(const EyeTube& tube, int level) {
+        tube.drawLit(picture.view, {5, 3});
+        tube.drawShadow(picture.view, {5, 3}, level);
+    }
+    // On the cone's middle, `degrees` from the lowest place to the right.
+    int green(int degrees) const {
+        const double angle = degrees * std::numbers::pi / 180;
+        return picture.view.pixel(5 + static_cast<int>(kDiameter * (0.5 + 0.25 * std::sin(angle))),
+                                  3 + static_cast<int>(kDiameter * (0.5 + 0.25 * std::cos(angle))))[1];
+    }
+};
+
+TEST(EyeTube, ShadowNarrowsEvenlyUntilLightOverlaps) {
+    const EyeTube tube(kDiameter, {0x40C040, 0x4C4C4C, Edges::Smooth});
+    int before = 0;
+    for (int level = 0; level < 256; level += 15) {
+        const DrawnTube drawn(tube, level);
+        const double half = 50 - level * 58 / 255.0;
+        for (int degrees = -80; degrees <= 80; ++degrees)
+            if (std::abs(std::abs(degrees) - half) > 4) {
+                EXPECT_EQ(drawn.green(degrees) < 90, std::abs(degrees) < half) << level << ' ' << degrees;
+            }
+        EXPECT_GE(drawn.green(0), before) << level;
+        before = drawn.green(0);
+    }
+    const DrawnTube full(tube, 255), silent(tube, 0);
+    for (int i = 0; i < kDiameter * kDiameter; ++i) { // nothing else moves
+        const double right = i % kDiameter + 0.5 - kDiameter / 2.0, down = i / kDiameter + 0.5 - kDiameter / 2.0;
+        const int x = 5 + i % kDiameter, y = 3 + i / kDiameter;
+        const std::uint8_t* pixel = silent.picture.view.pixel(x, y);
+        EXPECT_TRUE((down > 0 && std::hypot(right, down) < 0.85 * kDiameter / 2) ||
+                    std::equal(pixel, pixel + 3, full.picture.view.pixel(x, y)))
+            << x << ' ' << y;
+    }
+    EXPECT_GT(full.green(3), full.green(30) + 8);
+    EXPECT_LT(full.green(14), full.green(3) - 8); // the sliver is narrow
 }
 
 } // namespace
