@@ -2,6 +2,9 @@
 // dialog's own message loop, as a person's input would.
 #include "recording_host.h"
 
+#include "instruments/effect_list.cpp" // NOLINT(bugprone-suspicious-include): nothing of the plugin is linked
+#include "settings/output_options.h"
+#include "settings/settings_table.cpp" // NOLINT(bugprone-suspicious-include)
 #include "settings_folder.h"
 
 #include <algorithm>
@@ -174,6 +177,28 @@ void notify(HWND dialog, int control, int code) {
     SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
 }
 
+std::string exchangeValue(HWND dialog, int control, veldran::ParameterKind kind, const std::string& value) {
+    const HWND window = GetDlgItem(dialog, control);
+    std::string before;
+    switch (kind) {
+    case veldran::ParameterKind::Check:
+        before = std::to_string(IsDlgButtonChecked(dialog, control));
+        setCheck(dialog, control, value != "0");
+        return before;
+    case veldran::ParameterKind::Choice:
+        before = std::to_string(SendMessageA(window, CB_GETCURSEL, 0, 0));
+        setChoice(dialog, control, std::stoi(value));
+        return before;
+    case veldran::ParameterKind::Colour:
+    case veldran::ParameterKind::Curve:
+        return std::to_string(SetWindowLongPtrA(window, GWLP_USERDATA, static_cast<LONG_PTR>(std::stoul(value))));
+    default:
+        before = textOf(window);
+        setText(dialog, control, value);
+        return before;
+    }
+}
+
 void invoke() {
     HostParams params{};
     params.size = sizeof params;
@@ -300,14 +325,30 @@ void setLines(HWND dialog, int control, const std::vector<std::string>& lines) {
         SendDlgItemMessageA(dialog, control, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
 }
 
-std::string textOf(HWND window) {
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-    return text;
-}
-
 Step pressing(int button) {
     return [button](HWND dialog) { press(dialog, button); };
+}
+
+int effectOf(const std::string& stem) {
+    const auto effects = veldran::effectRows();
+    const auto found = std::ranges::find(effects, stem, &veldran::EffectRow::keyStem);
+    return static_cast<int>(found - effects.begin());
+}
+
+std::string exchangeSetting(HWND dialog, const std::string& key, const std::string& value) {
+    using namespace veldran;
+    const auto edits = [&key](const ParameterRow& row) {
+        return row.setting != Setting::None && key == settingRow(row.setting).key;
+    };
+    for (const OptionRow& option : kOutputOptions)
+        if (edits(option.parameter))
+            return exchangeValue(dialog, option.control, option.parameter.kind, value);
+    for (const EffectRow& effect : effectRows())
+        for (std::size_t i = 0; i < effect.parameters.size(); ++i)
+            if (edits(effect.parameters[i]))
+                return exchangeValue(dialog, controlOfRow(effect.parameters, effect.firstControl, i),
+                                     effect.parameters[i].kind, value);
+    throw std::out_of_range("no control has the key " + key);
 }
 
 std::vector<std::string> split(const std::string& text, char separator) {

@@ -2,6 +2,7 @@
 // copy of everything that it sends. Knows the plugin by its binary interface and its control identities alone.
 #pragma once
 
+#include "dialog_script.h"
 #include "host/plugin_abi.h"
 
 #include <cstdint>
@@ -117,8 +118,15 @@ void setCheck(HWND dialog, int control, bool checked);
 void setChoice(HWND dialog, int control, int position); // -1: no choice
 void setText(HWND dialog, int control, const std::string& text);
 void setLines(HWND dialog, int control, const std::vector<std::string>& lines);
-std::string textOf(HWND window);
 Step pressing(int button);
+using dialog_script::textOf;
+
+// The row of the effect list whose settings keys begin with `stem`, as in "MainRadar".
+int effectOf(const std::string& stem);
+
+// Gives the control of a settings key a value, written as in the settings file, and returns the one before. Throws
+// std::out_of_range when the key has no control.
+std::string exchangeSetting(HWND dialog, const std::string& key, const std::string& value);
 
 // The parts of a text between separators.
 std::vector<std::string> split(const std::string& text, char separator);
