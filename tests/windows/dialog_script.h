@@ -1,6 +1,7 @@
 // Driving a modal dialog from a timer inside its own loop, and judging its layout.
 #pragma once
 
+#include <algorithm>
 #include <cctype>
 #include <functional>
 #include <map>
@@ -58,6 +59,38 @@ inline std::string textOf(HWND window) {
     std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
     text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
     return text;
+}
+
+inline std::string textOf(HWND dialog, int control) {
+    return textOf(GetDlgItem(dialog, control));
+}
+
+// Tells the dialog what happened to a control, as the control itself does.
+inline void notify(HWND dialog, int control, int code) {
+    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
+}
+
+inline void redraw(HWND window) {
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+// The pixels of an owner-drawn item of this size.
+template <class Draw>
+std::vector<COLORREF> pixelsOf(DRAWITEMSTRUCT item, SIZE size, Draw draw) {
+    const HDC screen = GetDC(nullptr);
+    item.hDC = CreateCompatibleDC(screen);
+    item.rcItem = {0, 0, size.cx, size.cy};
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, std::max(size.cx, LONG{1}), size.cy);
+    const HGDIOBJ old = SelectObject(item.hDC, bitmap);
+    draw(item);
+    std::vector<COLORREF> pixels;
+    for (int at = 0; at < size.cx * size.cy; ++at)
+        pixels.push_back(GetPixel(item.hDC, at % size.cx, at / size.cx));
+    SelectObject(item.hDC, old);
+    DeleteObject(bitmap);
+    DeleteDC(item.hDC);
+    ReleaseDC(nullptr, screen);
+    return pixels;
 }
 
 inline RECT boxIn(HWND dialog, HWND child) {

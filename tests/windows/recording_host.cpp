@@ -19,6 +19,8 @@
 namespace recording {
 namespace {
 
+using dialog_script::notify;
+
 struct Invocation {
     const Session* session = nullptr;
     Recording recording;
@@ -171,10 +173,6 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
         return current->session->loadImage ? reinterpret_cast<std::intptr_t>(current->session->loadImage(message.text))
                                            : 0;
     return refused ? 0 : 1;
-}
-
-void notify(HWND dialog, int control, int code) {
-    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
 }
 
 std::string exchangeValue(HWND dialog, int control, veldran::ParameterKind kind, const std::string& value) {
