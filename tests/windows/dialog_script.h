@@ -16,16 +16,17 @@ namespace dialog_script {
 
 using Script = std::function<void(HWND dialog)>;
 
-namespace detail {
-
-inline const Script* script = nullptr;
-
+// In capitals.
 inline std::string classOf(HWND window) {
     char name[16] = "";
     GetClassNameA(window, name, static_cast<int>(sizeof name));
     CharUpperA(name);
     return name;
 }
+
+namespace detail {
+
+inline const Script* script = nullptr;
 
 inline BOOL CALLBACK findDialog(HWND window, LPARAM found) {
     if (classOf(window) != "#32770")
@@ -125,7 +126,7 @@ inline std::vector<std::string> layoutFaults(HWND dialog, const std::string& sha
         const LONG style = GetWindowLongA(child, GWL_STYLE);
         if ((style & WS_VISIBLE) == 0)
             continue;
-        const std::string name = detail::classOf(child);
+        const std::string name = classOf(child);
         const std::string text = textOf(child);
         const std::string called = name + " " + std::to_string(GetDlgCtrlID(child)) + " \"" + text + "\"";
         const RECT box = boxIn(dialog, child);

@@ -34,18 +34,6 @@ int callAgain() {
     return doBuildEntry()(nullptr, &params);
 }
 
-HWND openDialog() {
-    HWND found = nullptr;
-    const auto find = [](HWND window, LPARAM result) -> BOOL {
-        if (GetDlgItem(window, kTest) == nullptr)
-            return TRUE;
-        *reinterpret_cast<HWND*>(result) = window;
-        return FALSE;
-    };
-    EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
 // The bar graph's picture asks for an image; then the radar is chosen again.
 void showBarGraph(HWND dialog) {
     setChoice(dialog, kEffect, effectOf("MainBarGraph"));

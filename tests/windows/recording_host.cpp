@@ -54,9 +54,7 @@ void readMessageBox(HWND box) {
         current->session->otherDialogs(box);
     std::string text;
     for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-        char className[16] = "";
-        GetClassNameA(child, className, sizeof className);
-        if (lstrcmpiA(className, "STATIC") == 0)
+        if (dialog_script::classOf(child) == "STATIC")
             text += textOf(child);
     }
     current->recording.boxes.push_back(text);
@@ -94,10 +92,9 @@ LRESULT CALLBACK dialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
 }
 
 LRESULT CALLBACK windowIsCreated(int code, WPARAM wParam, LPARAM lParam) {
-    char className[16] = "";
-    if (code == HCBT_CREATEWND && GetClassNameA(reinterpret_cast<HWND>(wParam), className, sizeof className) != 0 &&
-        lstrcmpA(className, "#32770") == 0)
-        SetWindowSubclass(reinterpret_cast<HWND>(wParam), dialogMessage, 0, 0);
+    const auto window = reinterpret_cast<HWND>(wParam);
+    if (code == HCBT_CREATEWND && dialog_script::classOf(window) == "#32770")
+        SetWindowSubclass(window, dialogMessage, 0, 0);
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
@@ -126,8 +123,7 @@ void recordFrame(const HostImageInfo& info) {
     }
     frame.bitmap.assign(bytes, bytes + GlobalSize(info.image));
     GlobalUnlock(info.image);
-    BITMAPINFOHEADER header{};
-    std::memcpy(&header, frame.bitmap.data(), sizeof header);
+    const BITMAPINFOHEADER header = frame.header();
     const std::size_t stride = (static_cast<std::size_t>(header.biWidth) * header.biBitCount + 31) / 32 * 4;
     const std::size_t pixels = stride * static_cast<std::size_t>(header.biHeight);
     const std::size_t table = header.biBitCount == 8 ? 1024 : 0;
@@ -216,19 +212,16 @@ void invoke() {
 } // namespace
 
 std::string Message::describe() const {
-    const std::string number = std::to_string(command);
-    switch (command) {
-    case kHostShowStatus:
-        return number + ' ' + text;
-    case kHostFinishTask:
-        return number + ' ' + std::to_string(wParam);
-    case kHostShowProgress:
-        return number + ' ' + std::to_string(wParam) + ' ' + std::to_string(lParam);
-    case kHostSetBackground:
-        return number + ' ' + static_cast<char>(wParam) + ' ' + std::to_string(lParam);
-    default:
-        return number;
-    }
+    const std::string number = std::to_string(command) + ' ';
+    if (command == kHostShowStatus)
+        return number + text;
+    if (command == kHostFinishTask)
+        return number + std::to_string(wParam);
+    if (command == kHostShowProgress)
+        return number + std::to_string(wParam) + ' ' + std::to_string(lParam);
+    if (command == kHostSetBackground)
+        return number + static_cast<char>(wParam) + ' ' + std::to_string(lParam);
+    return std::to_string(command);
 }
 
 std::vector<std::string> Recording::describe() const {
@@ -276,6 +269,10 @@ COLORREF Frame::tableColour(int entry) const {
 DoBuildFunction doBuildEntry() {
     return reinterpret_cast<DoBuildFunction>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("veldran1_x64.dll"), "PLUGIN16DoBuild")));
+}
+
+HWND openDialog() {
+    return IsWindow(current->dialog) ? current->dialog : nullptr;
 }
 
 Recording run(const Session& session) {

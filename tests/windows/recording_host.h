@@ -57,9 +57,9 @@ struct Frame {
     int index(int x, int y) const;       // of an 8-bit frame
     int alpha(int x, int y) const;       // of a 32-bit frame
     COLORREF tableColour(int entry) const;
+    BITMAPINFOHEADER header() const;
 
 private:
-    BITMAPINFOHEADER header() const;
     const std::uint8_t* pixel(int x, int y) const;
 };
 
@@ -108,6 +108,9 @@ DoBuildFunction doBuildEntry();
 
 // Loads the plugin, runs the session and unloads it again. The person's own settings are moved aside meanwhile.
 Recording run(const Session& session);
+
+// The dialog of the running session; null before it stands and after it has gone.
+HWND openDialog();
 
 // For steps: what the running session has recorded so far. The record begins anew.
 Recording takeRecording();
