@@ -97,8 +97,8 @@ TEST(Settings, ControlsAndEditorsDecideWhatIsKeptOfAFile) {
         session.settings =
             "MainDelay = 99999\nMainRadarSize = 4294967295\nMainRadarAngle = 1\nMainPalette = 77\nMainEffect = 20\n"
             "MainRadarIncrement = 34\nMainRadarPanelColor = 4294967295\nAlphaGreyBack = 4294967295\r\n"
-            "VersionNumber = 3\nNobody = 4\nMainDatapadTextFile = C:\\a b\\\xE4=;.txt\nMainTachD = 0,1;100,2\n"
-            "MainVoiceSound =\nMainSonicSound = C:\\own.wav\n";
+            "VersionNumber = 3\nNobody = 4\nMainTachD = 0,1;100,2\n"
+            "MainVoiceSound =\nMainSonicSound = C:\\a b\\\xE4=;.wav\n";
         const Recording seen = run(session);
         expectValues(seen, {{"MainDelay", "32768"},
                             {"MainRadarAngle", "30"},
@@ -109,13 +109,13 @@ TEST(Settings, ControlsAndEditorsDecideWhatIsKeptOfAFile) {
                             {"MainRadarPanelColor", "16777215"},
                             {"AlphaGreyBack", "4294967295"},
                             {"VersionNumber", "512"},
-                            {"MainDatapadTextFile", "C:\\a b\\\xE4=;.txt"},
                             {"MainTachDataPointList", "0,1;100,2"},
-                            {"MainSonicSound", "C:\\own.wav"}});
+                            {"MainSonicSound", "C:\\a b\\\xE4=;.wav"}});
         EXPECT_FALSE(valuesOf(seen.settingsFile).contains("Nobody"));
         const std::string folder = documents + "\\My " + editor + " 16 Documents\\";
         expectValues(seen, {{"MainVUDigVertSound", folder + "Default.wav"},
                             {"MainVoiceSound", folder + "Default.wav"},
+                            {"MainDatapadTextFile", folder + "Default.txt"},
                             {"MainBarGraphImageFile", folder + "Default.jpg"}});
     }
 }
