@@ -1,6 +1,7 @@
 // Driving a modal dialog from a timer inside its own loop, and judging its layout.
 #pragma once
 
+#include <algorithm>
 #include <cctype>
 #include <functional>
 #include <map>
@@ -15,16 +16,17 @@ namespace dialog_script {
 
 using Script = std::function<void(HWND dialog)>;
 
-namespace detail {
-
-inline const Script* script = nullptr;
-
+// In capitals.
 inline std::string classOf(HWND window) {
     char name[16] = "";
     GetClassNameA(window, name, static_cast<int>(sizeof name));
     CharUpperA(name);
     return name;
 }
+
+namespace detail {
+
+inline const Script* script = nullptr;
 
 inline BOOL CALLBACK findDialog(HWND window, LPARAM found) {
     if (classOf(window) != "#32770")
@@ -60,6 +62,38 @@ inline std::string textOf(HWND window) {
     return text;
 }
 
+inline std::string textOf(HWND dialog, int control) {
+    return textOf(GetDlgItem(dialog, control));
+}
+
+// Tells the dialog what happened to a control, as the control itself does.
+inline void notify(HWND dialog, int control, int code) {
+    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
+}
+
+inline void redraw(HWND window) {
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+// The pixels of an owner-drawn item of this size.
+template <class Draw>
+std::vector<COLORREF> pixelsOf(DRAWITEMSTRUCT item, SIZE size, Draw draw) {
+    const HDC screen = GetDC(nullptr);
+    item.hDC = CreateCompatibleDC(screen);
+    item.rcItem = {0, 0, size.cx, size.cy};
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, std::max(size.cx, LONG{1}), size.cy);
+    const HGDIOBJ old = SelectObject(item.hDC, bitmap);
+    draw(item);
+    std::vector<COLORREF> pixels;
+    for (int at = 0; at < size.cx * size.cy; ++at)
+        pixels.push_back(GetPixel(item.hDC, at % size.cx, at / size.cx));
+    SelectObject(item.hDC, old);
+    DeleteObject(bitmap);
+    DeleteDC(item.hDC);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
 inline RECT boxIn(HWND dialog, HWND child) {
     RECT box{};
     GetWindowRect(child, &box);
@@ -92,7 +126,7 @@ inline std::vector<std::string> layoutFaults(HWND dialog, const std::string& sha
         const LONG style = GetWindowLongA(child, GWL_STYLE);
         if ((style & WS_VISIBLE) == 0)
             continue;
-        const std::string name = detail::classOf(child);
+        const std::string name = classOf(child);
         const std::string text = textOf(child);
         const std::string called = name + " " + std::to_string(GetDlgCtrlID(child)) + " \"" + text + "\"";
         const RECT box = boxIn(dialog, child);

@@ -98,4 +98,11 @@ Growth leastGrowth(int batches, int times, Act act) {
     return least;
 }
 
+// Whether drawing objects or windows are left over each time.
+template <class Act>
+bool leavesObjects(int batches, int times, Act act) {
+    const Growth growth = leastGrowth(batches, times, act);
+    return growth.drawing > 0 || growth.user > 0;
+}
+
 } // namespace object_count

@@ -8,69 +8,58 @@ namespace {
 using namespace recording;
 
 // A flat bar of 40 x 4 (too shallow for light and shade) without border and padding, in telling colours.
-constexpr char kBar[] =
-    "MainEffect = 5\nTruecolour = 1\nMainBarGraphWidth = 40\nMainBarGraphDepth = 4\n"
-    "MainBarGraphFrames = 5\nMainBarGraphUseBorder = 0\nMainBarGraphUsePadding = 0\n"
-    "MainBarGraphLeftColor = 255\nMainBarGraphRightColor = 65280\nMainBarGraphPanelColor = 16711680\n";
+constexpr char kBar[] = "*Truecolour=1 Type=1 Width=40 Depth=4 Frames=5 UseBorder=0 UsePadding=0 "
+                        "LeftColor=#FF0000 RightColor=#00FF00 PanelColor=#0000FF";
 constexpr COLORREF kLeft = 0x0000FF;
 constexpr COLORREF kPanel = 0xFF0000;
 
-std::vector<Frame> frames(const std::string& settings) {
-    return buildFrames(kBar + settings);
-}
-
 TEST(BarGraph, FillsFromLeftToRight) {
-    const std::vector<Frame> solid = frames("MainBarGraphType = 1\n");
-    ASSERT_EQ(solid.size(), 5u);
-    for (int i = 0; i < 5; ++i)
-        for (int x = 0; x < 40; ++x)
-            EXPECT_EQ(solid[static_cast<std::size_t>(i)].colour(x, 2), x < 10 * i ? kLeft : kPanel) << i << ' ' << x;
-    // Half a column is half filled, or whole where edges are hard.
-    const std::string half = "MainBarGraphType = 1\nMainBarGraphFrames = 17\n";
-    EXPECT_EQ(frames(half)[1].colour(2, 0), RGB(128, 0, 127));
-    EXPECT_EQ(frames(half + "MainAntialias = 0\n")[1].colour(2, 0), kLeft);
-    const Frame gradient = frames("")[4];
-    EXPECT_NEAR(GetRValue(gradient.colour(0, 1)), 252, 3);
-    EXPECT_NEAR(GetRValue(gradient.colour(20, 1)), 125, 4);
-    EXPECT_NEAR(GetGValue(gradient.colour(39, 1)), 252, 3);
-}
+    withBuilder("MainBarGraph", kBar, [](Builder& bar) {
+        const std::vector<Frame> solid = bar.frames("");
+        ASSERT_EQ(solid.size(), 5u);
+        for (int i = 0; i < 5; ++i)
+            for (int x = 0; x < 40; ++x)
+                EXPECT_EQ(solid[static_cast<std::size_t>(i)].colour(x, 2), x < 10 * i ? kLeft : kPanel) << i << x;
+        // Half a column is half filled, or whole where edges are hard.
+        EXPECT_EQ(bar.frame("Frames=17", 1).colour(2, 0), RGB(128, 0, 127));
+        EXPECT_EQ(bar.frame("Frames=17 *MainAntialias=0", 1).colour(2, 0), kLeft);
+        const Frame gradient = bar.frame("Type=0", 4);
+        EXPECT_NEAR(GetRValue(gradient.colour(0, 1)), 252, 3);
+        EXPECT_NEAR(GetRValue(gradient.colour(20, 1)), 125, 4);
+        EXPECT_NEAR(GetGValue(gradient.colour(39, 1)), 252, 3);
 
-TEST(BarGraph, SegmentsLightUpOneByOne) {
-    const std::vector<Frame> seen =
-        frames("MainBarGraphType = 3\nMainBarGraphFrames = 11\nMainBarGraphPanelColor = 0\n");
-    ASSERT_EQ(seen.size(), 11u);
-    for (int i = 0; i < 11; ++i)
-        for (int segment = 0; segment < 10; ++segment) { // of 3 pixels and a gap
-            const COLORREF colour = seen[static_cast<std::size_t>(i)].colour(4 * segment + 1, 1);
-            EXPECT_EQ(GetRValue(colour) + GetGValue(colour) > 200, segment < i) << i << ' ' << segment;
-        }
-    EXPECT_NE(seen[0].colour(1, 1), 0u);  // dark ones can be seen
-    EXPECT_EQ(seen[10].colour(3, 1), 0u); // gaps
+        const std::vector<Frame> segments = bar.frames("Type=3 Frames=11 PanelColor=0");
+        ASSERT_EQ(segments.size(), 11u);
+        for (int i = 0; i < 11; ++i)
+            for (int segment = 0; segment < 10; ++segment) { // of 3 pixels and a gap
+                const COLORREF colour = segments[static_cast<std::size_t>(i)].colour(4 * segment + 1, 1);
+                EXPECT_EQ(GetRValue(colour) + GetGValue(colour) > 200, segment < i) << i << ' ' << segment;
+            }
+        EXPECT_NE(segments[0].colour(1, 1), 0u);  // dark ones can be seen
+        EXPECT_EQ(segments[10].colour(3, 1), 0u); // gaps
+    });
 }
 
 TEST(BarGraph, BorderPaddingAndCornersLieAround) {
-    const std::string around =
-        "MainBarGraphType = 1\nMainBarGraphDepth = 20\nMainBarGraphFrames = 2\n"
-        "MainBarGraphUseBorder = 1\nMainBarGraphBorderSize = 3\nMainBarGraphUsePadding = 1\n"
-        "MainBarGraphPadSize = 5\nMainBarGraphBorderColor = 0\nMainBarGraphPadColor = 16777215\n";
-    const Frame square = frames(around)[1];
-    ASSERT_EQ(square.width(), 56);
-    ASSERT_EQ(square.height(), 36);
-    const std::pair<int, COLORREF> columns[] = {{0, 0}, {2, 0}, {3, 0xFFFFFF}, {7, 0xFFFFFF}, {8, kLeft}};
-    for (const auto& [x, colour] : columns)
-        EXPECT_TRUE(square.colour(x, 18) == colour && square.colour(55 - x, 18) == colour) << x;
-    EXPECT_GT(GetGValue(square.colour(28, 8)), 80);   // lit above
-    EXPECT_LT(GetRValue(square.colour(28, 27)), 225); // shaded below
-    const Frame round = frames(around + "MainBarGraphRoundCorners = 1\nMainBarGraphRoundness = 100\n"
-                                        "MainAlphaTrans = 1\nUseAlphaGreyBack = 0\n")[1];
-    ASSERT_EQ(round.bits(), 32);
-    for (const int x : {0, 55})
-        for (const int y : {0, 35}) {
-            EXPECT_EQ(round.colour(x, y) & 0xFFFFFF, kPanel);
-            EXPECT_EQ(round.alpha(x, y), 0);
-        }
-    EXPECT_EQ(round.alpha(28, 0), 255);
-    EXPECT_EQ(round.alpha(1, 18), 255);
+    const std::string around = " Depth=20 Frames=2 UseBorder=1 BorderSize=3 UsePadding=1 PadSize=5 BorderColor=0";
+    withBuilder("MainBarGraph", kBar + around + " PadColor=#FFFFFF", [](Builder& bar) {
+        const Frame square = bar.frame("", 1);
+        ASSERT_EQ(square.width(), 56);
+        ASSERT_EQ(square.height(), 36);
+        const std::pair<int, COLORREF> columns[] = {{0, 0}, {2, 0}, {3, 0xFFFFFF}, {7, 0xFFFFFF}, {8, kLeft}};
+        for (const auto& [x, colour] : columns)
+            EXPECT_TRUE(square.colour(x, 18) == colour && square.colour(55 - x, 18) == colour) << x;
+        EXPECT_GT(GetGValue(square.colour(28, 8)), 80);   // lit above
+        EXPECT_LT(GetRValue(square.colour(28, 27)), 225); // shaded below
+        const Frame round = bar.frame("RoundCorners=1 Roundness=100 *MainAlphaTrans=1 *UseAlphaGreyBack=0", 1);
+        ASSERT_EQ(round.bits(), 32);
+        for (const int x : {0, 55})
+            for (const int y : {0, 35}) {
+                EXPECT_EQ(round.colour(x, y) & 0xFFFFFF, kPanel);
+                EXPECT_EQ(round.alpha(x, y), 0);
+            }
+        EXPECT_EQ(round.alpha(28, 0) + round.alpha(1, 18), 2 * 255);
+    });
 }
 
 // A bitmap of 24 bits, top-down, as a host gives it: `bytes` of them that count up from 255.
@@ -96,7 +85,7 @@ TEST(BarGraph, ImagesAreRevealedAndWhatIsNoneFailsTheBuild) {
     const std::function<HGLOBAL()>* now = nullptr;
     std::vector<HGLOBAL> given;
     Session session;
-    session.settings = std::string(kBar) + "MainBarGraphType = 2\nMainBarGraphImageFile = C:\\pictures\\one.jpg\n";
+    session.settings = settingsFile("MainBarGraph", kBar + std::string(" Type=2 ImageFile=C:\\pictures\\one.jpg"));
     for (const auto& image : images)
         session.steps.push_back([&](HWND dialog) {
             now = &image;
@@ -108,9 +97,7 @@ TEST(BarGraph, ImagesAreRevealedAndWhatIsNoneFailsTheBuild) {
     };
     const Recording seen = run(session);
     EXPECT_TRUE(seen.faults.empty());
-    EXPECT_EQ(seen.boxes.size(), 3u);
-    for (const std::string& box : seen.boxes)
-        EXPECT_EQ(box, "Memory error");
+    EXPECT_EQ(seen.boxes, std::vector<std::string>(3, "Memory error"));
     EXPECT_GE(given.size(), std::size(images));
     for (const HGLOBAL block : given)
         EXPECT_EQ(GlobalFlags(block), static_cast<UINT>(GMEM_INVALID_HANDLE));

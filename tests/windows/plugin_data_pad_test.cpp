@@ -14,14 +14,18 @@ constexpr COLORREF kCounterOff = RGB(0, 114, 0); // 45 %
 constexpr COLORREF kStatus = RGB(0, 0, 255);
 constexpr COLORREF kStatusOff = RGB(0, 0, 114);
 
-constexpr char kTellingColours[] = "MainEffect = 10\nTruecolour = 1\nMainDelay = 7\nMainDatapadSize = 256\n"
-                                   "MainDatapadBackColor = 16777215\nMainDatapadTextColor = 2621640\n"
-                                   "MainDatapadCounterColor = 65280\nMainDatapadStatusColor = 16711680\n";
-constexpr char kAlphaAndShadow[] = "MainAlphaTrans = 1\nMainDatapadUseShadow = 1\nMainDatapadShadowDensity = 80\n";
-
-std::vector<Frame> buildPad(const std::string& text, const std::string& settings = "") {
+std::vector<Frame> framesOf(Builder& pad, const std::string& text, const std::string& settings = "") {
     const TemporaryFile file("veldran-data-pad-test.txt", text);
-    return buildFrames(kTellingColours + ("MainDatapadTextFile = " + file.path() + "\n") + settings);
+    pad.set("TextFile", file.path());
+    return pad.frames(settings);
+}
+
+template <class Body>
+void withPad(Body body) {
+    withBuilder("MainDatapad",
+                "*Truecolour=1 *MainDelay=7 Size=256 BackColor=#FFFFFF TextColor=#C80028 CounterColor=#00FF00 "
+                "StatusColor=#0000FF",
+                body);
 }
 
 // A pixel of the frame by a place of the case, both even, which it covers with its neighbours to the right and below.
@@ -38,9 +42,9 @@ bool isWritten(const Frame& frame, int column, int row) {
     return false;
 }
 
-TEST(DataPad, TextGoesRound) {
+void expectTextThatGoesRound(Builder& pad) {
     const std::vector<std::string> lines = {"HH H", "", std::string(33, ' ') + "I\xC5H"};
-    const std::vector<Frame> frames = buildPad(lines[0] + '\n' + lines[1] + "\r\n" + lines[2]);
+    const std::vector<Frame> frames = framesOf(pad, lines[0] + '\n' + lines[1] + "\r\n" + lines[2]);
     ASSERT_EQ(frames.size(), 3u);
     for (std::size_t k = 0; k < 3; ++k)
         for (int row = 0; row < 19; ++row)
@@ -59,8 +63,8 @@ TEST(DataPad, TextGoesRound) {
     EXPECT_GE(solid, 2);
 }
 
-TEST(DataPad, LightsFollowFrameAndLine) {
-    const std::vector<Frame> frames = buildPad("\n\n\n\n\nAz\xFF\n\n\n");
+void expectLights(Builder& pad) {
+    const std::vector<Frame> frames = framesOf(pad, "\n\n\n\n\nAz\xFF\n\n\n");
     ASSERT_EQ(frames.size(), 8u);
     const Frame& five = frames[5];
     for (int lamp = 0; lamp < 9; ++lamp)
@@ -81,15 +85,19 @@ TEST(DataPad, LightsFollowFrameAndLine) {
     EXPECT_NE(at(frames[4], 464, 32), at(five, 464, 32)); // the orb
 }
 
-TEST(DataPad, StatusBelongsToTheFullCase) {
-    for (const char* settings : {"MainDatapadUseStatus = 0\n", "MainDatapadSimple = 1\n"}) {
-        const std::vector<Frame> frames = buildPad("A\nz\n", settings);
-        ASSERT_EQ(frames.size(), 2u) << settings;
-        for (int y = 325; y < 381; ++y)
-            for (int x = 0; x < 381; ++x)
-                ASSERT_EQ(frames[0].colour(x, y), frames[1].colour(x, y)) << settings << x << ' ' << y;
-        EXPECT_EQ(at(frames[0], 20, 326), kStatus) << settings; // the marks stay
-    }
+TEST(DataPad, TextGoesRoundAndLightsFollowFrameAndLine) {
+    withPad([](Builder& pad) {
+        expectTextThatGoesRound(pad);
+        expectLights(pad);
+        for (const char* settings : {"UseStatus=0", "Simple=1"}) { // the status belongs to the full case
+            const std::vector<Frame> frames = framesOf(pad, "A\nz\n", settings);
+            ASSERT_EQ(frames.size(), 2u) << settings;
+            for (int y = 325; y < 381; ++y)
+                for (int x = 0; x < 381; ++x)
+                    ASSERT_EQ(frames[0].colour(x, y), frames[1].colour(x, y)) << settings << x << ' ' << y;
+            EXPECT_EQ(at(frames[0], 20, 326), kStatus) << settings; // the marks stay
+        }
+    });
 }
 
 // The grey of the page down the screen's middle, from its upper edge on.
@@ -100,10 +108,7 @@ std::vector<int> greysFromTheTop(const Frame& frame) {
     return greys;
 }
 
-TEST(DataPad, ShadowFallsFromAboveLeft) {
-    const std::string shadow = "MainDatapadUseShadow = 1\nMainDatapadShadowDensity = 80\n";
-    const Frame close = buildPad("HHHH", shadow + "MainDatapadShadowOffset = 10\n").at(0);
-    const Frame distant = buildPad("HHHH", shadow).at(0);
+void expectShadowFromAboveLeft(const Frame& close, const Frame& distant) {
     const std::vector<int> greys = greysFromTheTop(distant);
     EXPECT_EQ(greys.front(), 51); // 80 % taken away
     EXPECT_EQ(greys.back(), 255);
@@ -120,22 +125,25 @@ TEST(DataPad, ShadowFallsFromAboveLeft) {
     EXPECT_EQ(distant.colour(40, 46), RGB(200 * 51 / 255, 0, 40 * 51 / 255)); // text lies under it
 }
 
-TEST(DataPad, AlphaFollowsCaseAndShadow) {
-    for (const bool shadow : {false, true}) {
-        const Frame frame = buildPad("H", shadow ? kAlphaAndShadow : "MainAlphaTrans = 1\n").at(0);
-        ASSERT_EQ(frame.bits(), 32);
-        EXPECT_EQ(frame.info.alpha, 1u);
-        EXPECT_EQ(frame.alpha(0, 0), 0);
-        EXPECT_EQ(frame.alpha(380, 380), shadow ? 204 : 0);
-        for (const int place : {40, 190, 340})
-            for (const int edge : {0, 190, 380}) {
-                EXPECT_EQ(frame.alpha(place, edge), 255) << place << ' ' << edge;
-                EXPECT_EQ(frame.alpha(edge, place), 255) << edge << ' ' << place;
-            }
-        // The cut of the upper left corner runs through the middle of these pixels.
-        for (int x = 5; x < 24 && !shadow; ++x)
-            EXPECT_NEAR(frame.alpha(x, 28 - x), 128, 70) << x;
-    }
+TEST(DataPad, ShadowAndAlphaFollowTheCase) {
+    withPad([](Builder& pad) {
+        const std::string shadow = "UseShadow=1 ShadowDensity=80";
+        const Frame close = framesOf(pad, "HHHH", shadow + " ShadowOffset=10").at(0);
+        expectShadowFromAboveLeft(close, framesOf(pad, "HHHH", shadow).at(0));
+        for (const bool shaded : {false, true}) {
+            const Frame frame = framesOf(pad, "H", (shaded ? shadow : "") + " *MainAlphaTrans=1").at(0);
+            ASSERT_EQ(frame.bits(), 32);
+            EXPECT_EQ(frame.info.alpha, 1u);
+            EXPECT_EQ(frame.alpha(0, 0), 0);
+            EXPECT_EQ(frame.alpha(380, 380), shaded ? 204 : 0);
+            for (const int place : {40, 190, 340})
+                for (const int edge : {0, 190, 380})
+                    EXPECT_EQ(frame.alpha(place, edge) + frame.alpha(edge, place), 2 * 255) << place << ' ' << edge;
+            // The cut of the upper left corner runs through the middle of these pixels.
+            for (int x = 5; x < 24 && !shaded; ++x)
+                EXPECT_NEAR(frame.alpha(x, 28 - x), 128, 70) << x;
+        }
+    });
 }
 
 } // namespace

@@ -11,13 +11,12 @@ using namespace recording;
 using Texts = std::vector<std::string>;
 
 // And a bar graph that shows an image.
-constexpr char kSmallRadar[] = "MainEffect = 15\nMainRadarIncrement = 33\nMainRadarSize = 48\nMainBarGraphType = 2\n";
-constexpr int kBarGraph = 5; // row of the effect list
+constexpr char kSmallRadar[] = "Increment=33 Size=48 *MainBarGraphType=2 *MainBarGraphFrames=3";
 constexpr UINT_PTR kTimers[] = {1, 2};
 
 Session building(std::vector<Step> steps = {pressing(kBuild)}) {
     Session session;
-    session.settings = kSmallRadar;
+    session.settings = settingsFile("MainRadar", kSmallRadar);
     session.steps = std::move(steps);
     return session;
 }
@@ -35,24 +34,11 @@ int callAgain() {
     return doBuildEntry()(nullptr, &params);
 }
 
-HWND openDialog() {
-    HWND found = nullptr;
-    const auto find = [](HWND window, LPARAM result) -> BOOL {
-        if (GetDlgItem(window, kTest) == nullptr)
-            return TRUE;
-        *reinterpret_cast<HWND*>(result) = window;
-        return FALSE;
-    };
-    EnumThreadWindows(GetCurrentThreadId(), find, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
-void handleWaitingMessages() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
-    }
+// The bar graph's picture asks for an image; then the radar is chosen again.
+void showBarGraph(HWND dialog) {
+    setChoice(dialog, kEffect, effectOf("MainBarGraph"));
+    SendMessageA(dialog, WM_TIMER, kTimers[0], 0);
+    setChoice(dialog, kEffect, kRadar);
 }
 
 // Without the date above them.
@@ -101,10 +87,7 @@ TEST(Hosts, WithoutBlocksAndEntries) {
 
 // A host that shows its progress in a loop of its own lets everything through to the dialog.
 TEST(Hosts, ThatLetOtherMessagesInWhileTheyAnswer) {
-    // The preview of the bar graph asks for an image, and so is interrupted too.
-    const std::vector<Step> steps = {[](HWND dialog) { setChoice(dialog, kEffect, kBarGraph); },
-                                     [](HWND dialog) { SendMessageA(dialog, WM_TIMER, kTimers[0], 0); },
-                                     [](HWND dialog) { setChoice(dialog, kEffect, kRadar); }, pressing(kBuild)};
+    const std::vector<Step> steps = {showBarGraph, pressing(kBuild)};
     const Recording usual = run(building(steps));
     EXPECT_GE(usual.count(kHostLoadImage), 1);
     Session session = building(steps);
@@ -119,7 +102,9 @@ TEST(Hosts, ThatLetOtherMessagesInWhileTheyAnswer) {
         PostMessageA(dialog, WM_HELP, 0, 0);
         PostMessageA(dialog, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(GetDlgItem(dialog, kRadarMarkerList)), 0);
         PostMessageA(dialog, WM_CLOSE, 0, 0);
-        handleWaitingMessages();
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageA(&message);
         Sleep(5); // and it is slow
     };
     expectSameBuild(run(session), usual);
@@ -128,37 +113,45 @@ TEST(Hosts, ThatLetOtherMessagesInWhileTheyAnswer) {
 // All commands, also the one that gives an image, which the preview of the bar graph asks for too.
 TEST(Hosts, ThatAnswerNonsense) {
     std::uint8_t local[64] = {40};
-    const std::intptr_t answers[] = {-1, 1, 0x7FFFFFFF, std::intptr_t{1} << 46,
-                                     reinterpret_cast<std::intptr_t>(local + 1)};
-    for (const std::intptr_t answer : answers) {
-        SCOPED_TRACE(answer);
-        Session session = building({[](HWND dialog) { setChoice(dialog, kEffect, kBarGraph); }, pressing(kTest),
-                                    [](HWND dialog) { setChoice(dialog, kEffect, kRadar); }, pressing(kTest)});
-        session.settings = std::string(kSmallRadar) + "MainBarGraphFrames = 3\n";
-        session.answer = answer;
-        const Recording seen = run(session);
-        EXPECT_EQ(seen.result, 1);
-        EXPECT_GE(seen.frames.size(), 6U); // the radar at least
-        EXPECT_EQ(seen.faults, Texts{});
-    }
+    Session session = building({});
+    session.steps = {[&](HWND dialog) {
+        for (const std::intptr_t answer : {std::intptr_t{-1}, std::intptr_t{1}, std::intptr_t{0x7FFFFFFF},
+                                           std::intptr_t{1} << 46, reinterpret_cast<std::intptr_t>(local + 1)}) {
+            SCOPED_TRACE(answer);
+            session.answer = answer;
+            showBarGraph(dialog);
+            setChoice(dialog, kEffect, effectOf("MainBarGraph"));
+            press(dialog, kTest);
+            setChoice(dialog, kEffect, kRadar);
+            press(dialog, kTest);
+            const Recording seen = takeRecording();
+            EXPECT_GE(seen.frames.size(), 6U); // the radar at least
+            EXPECT_EQ(seen.faults, Texts{});
+        }
+    }};
+    EXPECT_EQ(run(session).result, 1);
 }
 
-// The host closes its windows in the middle of a build.
+// The host closes its windows in the middle of a build; the last invocation is a usual one.
 TEST(Hosts, ThatDestroyTheDialog) {
-    for (const std::uint32_t when : {kHostBuildBegins, kHostShowProgress, kHostAddImage}) {
-        SCOPED_TRACE(when);
-        Session session = building();
-        session.whileAnswering = [when](std::uint32_t command) {
-            const HWND dialog = command == when ? openDialog() : nullptr;
-            if (dialog != nullptr)
-                DestroyWindow(dialog);
-        };
-        const Recording seen = run(session);
-        EXPECT_EQ(seen.count(kHostCreateTask), seen.count(kHostFinishTask));
-        const Recording after = run(building());
-        EXPECT_EQ(after.frames.size(), 6U);
-        EXPECT_EQ(after.boxes, Texts{});
-    }
+    const std::vector<std::uint32_t> moments = {kHostBuildBegins, kHostShowProgress, kHostAddImage};
+    std::size_t destroyed = 0;
+    const Step lookBack = [](HWND) {
+        const Recording before = takeRecording();
+        EXPECT_EQ(before.count(kHostCreateTask), before.count(kHostFinishTask));
+    };
+    Session session = building({lookBack, pressing(kBuild)});
+    session.invocations = 4;
+    session.whileAnswering = [&](std::uint32_t command) {
+        if (destroyed < moments.size() && command == moments[destroyed] && openDialog() != nullptr) {
+            ++destroyed;
+            DestroyWindow(openDialog());
+        }
+    };
+    const Recording seen = run(session);
+    EXPECT_EQ(destroyed, moments.size());
+    EXPECT_EQ(seen.frames.size(), 6U);
+    EXPECT_EQ(seen.boxes, Texts{});
 }
 
 } // namespace

@@ -9,13 +9,10 @@ namespace {
 
 using namespace recording;
 
-constexpr char kTellingColours[] = "MainEffect = 15\nTruecolour = 1\nMainRadarGreenColor = 65280\n"
-                                   "MainRadarBlackColor = 0\nMainRadarWhiteColor = 16711680\n"
-                                   "MainRadarMarkerColor = 255\n";
-
-std::vector<Frame> buildRadar(const std::string& settings, std::vector<Step> steps = {}) {
-    return buildFrames(kTellingColours + settings, std::move(steps));
-}
+// Of half the artwork's size; frame i stands at 60 x i degrees.
+constexpr char kTellingColours[] =
+    "*Truecolour=1 GreenColor=#00FF00 BlackColor=0 WhiteColor=#0000FF MarkerColor=#FF0000 "
+    "Size=256 Angle=60 Increment=33 ";
 
 struct Place {
     int x;
@@ -43,44 +40,24 @@ double brightness(const Frame& frame, double bearing) {
     return clear > 0 ? 255 * light / clear : 0;
 }
 
-struct SweepCase {
-    int choice;
-    std::size_t frames;
-    int step; // degrees clockwise from frame to frame
-    int tail; // on which side of the sweep its glow lies: -1 counter-clockwise of it, 1 clockwise
-};
-
-TEST(Radar, SweepTurnsWithItsTailBehindIt) {
-    const SweepCase cases[] = {{0, 6, -60, 1}, {29, 15, 24, -1}}; // choices of the increment list
-    for (const SweepCase& row : cases) {
-        SCOPED_TRACE(row.choice);
-        const std::vector<Frame> frames =
-            buildRadar("MainRadarSize = 256\nMainRadarAngle = 60\nMainRadarShowMarkers = 0\n",
-                       {[&](HWND dialog) { setChoice(dialog, kRadarIncrement, row.choice); }});
-        ASSERT_EQ(frames.size(), row.frames);
-        for (std::size_t i = 0; i < frames.size(); i += 2) {
-            SCOPED_TRACE(i);
-            const double angle = static_cast<int>(i) * row.step;
-            double best = 0;
-            double brightest = -1;
-            for (double offset = -179; offset <= 180; offset += 1)
-                if (const double value = brightness(frames[i], angle + offset); value > brightest) {
-                    brightest = value;
-                    best = offset;
-                }
-            EXPECT_NEAR(best, 0, 4);
-            EXPECT_GT(brightest, 190);
-            // Half-way down the tail half of the light is left; before the sweep and behind the tail there is none.
-            EXPECT_NEAR(brightness(frames[i], angle + row.tail * 30), 127, 25);
-            EXPECT_NEAR(brightness(frames[i], angle + row.tail * 75), 0, 1);
-            EXPECT_NEAR(brightness(frames[i], angle - row.tail * 8), 0, 1);
+// `tail`: on which side of the sweep its glow lies, -1 counter-clockwise of it, 1 clockwise.
+void expectSweep(const Frame& frame, double angle, int tail) {
+    double best = 0;
+    double brightest = -1;
+    for (double offset = -179; offset <= 180; offset += 1)
+        if (const double value = brightness(frame, angle + offset); value > brightest) {
+            brightest = value;
+            best = offset;
         }
-    }
+    EXPECT_NEAR(best, 0, 4);
+    EXPECT_GT(brightest, 190);
+    // Half-way down the tail half of the light is left; before the sweep and behind the tail there is none.
+    EXPECT_NEAR(brightness(frame, angle + tail * 30), 127, 25);
+    EXPECT_NEAR(brightness(frame, angle + tail * 75), 0, 1);
+    EXPECT_NEAR(brightness(frame, angle - tail * 8), 0, 1);
 }
 
-TEST(Radar, ScreenAndGraticuleHaveTheirColours) {
-    const Frame frame = buildRadar("MainRadarSize = 256\nMainRadarShowMarkers = 0\nMainRadarIncrement = 33\n"
-                                   "MainRadarAngle = 30\n")[3];
+void expectScreenAndGraticule(const Frame& frame) {
     int inked = 0;
     int plain = 0;
     for (int y = 0; y < 283; ++y)
@@ -98,15 +75,36 @@ TEST(Radar, ScreenAndGraticuleHaveTheirColours) {
     EXPECT_EQ(frame.colour(141, 8), 0x606060u); // above the screen
 }
 
-// Frames of half the artwork's size with these markers; frame i stands at 60 x i degrees, its tail 60 degrees long.
-std::vector<Frame> buildMarkers(const std::vector<std::string>& lines, const std::string& settings = "") {
-    return buildRadar("MainRadarSize = 256\nMainRadarAngle = 60\nMainRadarIncrement = 33\n" + settings,
-                      {[&](HWND dialog) { setLines(dialog, kRadarMarkerList, lines); }});
+TEST(Radar, SweepTurnsOverScreenAndGraticuleWithItsTailBehindIt) {
+    const struct {
+        const char* choice; // of the increment list
+        std::size_t frames;
+        int step; // degrees clockwise from frame to frame
+    } cases[] = {{"0", 6, -60}, {"29", 15, 24}};
+    withBuilder("MainRadar", std::string(kTellingColours) + "ShowMarkers=0", [&](Builder& radar) {
+        for (const auto& row : cases) {
+            SCOPED_TRACE(row.choice);
+            const std::vector<Frame> frames = radar.frames(std::string("Increment=") + row.choice);
+            ASSERT_EQ(frames.size(), row.frames);
+            for (std::size_t i = 0; i < frames.size(); i += 2)
+                expectSweep(frames[i], static_cast<int>(i) * row.step, row.step < 0 ? 1 : -1);
+        }
+        expectScreenAndGraticule(radar.frame("Angle=30", 3));
+    });
+}
+
+std::vector<Frame> framesWith(Builder& radar, const std::vector<std::string>& markers,
+                              const std::string& settings = "PingMarkers=0") {
+    setLines(radar.dialog(), kRadarMarkerList, markers);
+    std::vector<Frame> frames = radar.frames(settings);
+    if (frames.size() != 6)
+        throw std::runtime_error("frames are missing");
+    return frames;
 }
 
 // Squares of twelve artwork pixels, six of the frame, each with a red marker and a blue flash: blue is the glow, red
 // what is left of it. Beside them there is no red.
-TEST(Radar, MarkerSquaresTakeTheGlowOfTheSweep) {
+void expectSquaresThatTakeTheGlow(Builder& radar) {
     const struct {
         int bearing;
         int distance;
@@ -117,8 +115,7 @@ TEST(Radar, MarkerSquaresTakeTheGlowOfTheSweep) {
     for (const auto& row : cases)
         lines.push_back("," + std::to_string(row.bearing) + "," + std::to_string(row.distance));
     for (const bool pings : {true, false}) {
-        const std::vector<Frame> frames = buildMarkers(lines, pings ? "" : "MainRadarPingMarkers = 0\n");
-        ASSERT_EQ(frames.size(), 6u);
+        const std::vector<Frame> frames = framesWith(radar, lines, pings ? "PingMarkers=1" : "PingMarkers=0");
         for (const auto& row : cases) {
             SCOPED_TRACE(testing::Message() << row.bearing << ' ' << row.distance);
             const Place at = placeAt(frames[1], row.bearing, row.distance * 1.13);
@@ -138,12 +135,9 @@ TEST(Radar, MarkerSquaresTakeTheGlowOfTheSweep) {
 }
 
 // Labels of four markers at once; what they change lies in the quarter of their own.
-TEST(Radar, LabelsStandOnTheSideOfTheMiddle) {
-    const auto frameWith = [](const std::string& name) {
-        std::vector<std::string> lines;
-        for (const char* bearing : {"45", "135", "225", "315"})
-            lines.push_back(name + "," + bearing + ",70");
-        return buildMarkers(lines, "MainRadarPingMarkers = 0\n").at(3);
+void expectLabelsOnTheSideOfTheMiddle(Builder& radar) {
+    const auto frameWith = [&](const std::string& name) {
+        return framesWith(radar, {name + ",45,70", name + ",135,70", name + ",225,70", name + ",315,70"})[3];
     };
     const Frame bare = frameWith("");
     const Frame named = frameWith("ABC");
@@ -165,20 +159,20 @@ TEST(Radar, LabelsStandOnTheSideOfTheMiddle) {
     }
 }
 
-TEST(Radar, MarkersOfItsOwnStrangeOnesAndNone) {
-    const std::vector<std::string> lines = {
-        "", "NAME", std::string(300, 'N') + ",10,50", "BIG,99999999999,-99999999999", "FAR,45,100000", "%s%n,1,1"};
-    EXPECT_EQ(buildMarkers(lines).size(), 6u);
-    const Frame first = buildRadar("MainRadarSize = 256\nMainRadarIncrement = 33\nMainRadarPingMarkers = 0\n")[0];
-    for (const auto& [bearing, distance] : {std::pair{48, 48}, {210, 45}, {330, 80}}) { // of those that come with it
-        const Place at = placeAt(first, bearing, distance * 1.13);
-        EXPECT_EQ(first.colour(at.x, at.y), 0x0000FFu) << bearing;
-    }
-    const std::vector<Frame> none = buildMarkers({});
-    const std::vector<Frame> hidden = buildMarkers({"ABC,10,50"}, "MainRadarShowMarkers = 0\n");
-    ASSERT_EQ(none.size(), 6u);
-    ASSERT_EQ(hidden.size(), 6u);
-    EXPECT_EQ(none[0].bitmap, hidden[0].bitmap);
+TEST(Radar, MarkersGlowAndHaveLabelsHoweverTheyAreNamed) {
+    withBuilder("MainRadar", kTellingColours, [](Builder& radar) {
+        const Frame first = radar.frame("PingMarkers=0");
+        for (const auto& [bearing, distance] :
+             {std::pair{48, 48}, {210, 45}, {330, 80}}) { // of those that come with it
+            const Place at = placeAt(first, bearing, distance * 1.13);
+            EXPECT_EQ(first.colour(at.x, at.y), 0x0000FFu) << bearing;
+        }
+        expectSquaresThatTakeTheGlow(radar);
+        expectLabelsOnTheSideOfTheMiddle(radar);
+        framesWith(radar, {"", "NAME", std::string(300, 'N') + ",10,50", "BIG,99999999999,-99999999999",
+                           "FAR,45,100000", "%s%n,1,1"});
+        EXPECT_EQ(framesWith(radar, {})[0].bitmap, framesWith(radar, {"ABC,10,50"}, "ShowMarkers=0")[0].bitmap);
+    });
 }
 
 } // namespace

@@ -18,89 +18,63 @@ std::uint32_t backgroundOf(const Recording& seen) {
     return sent == seen.messages.end() ? 0xDEAD : static_cast<std::uint32_t>(sent->lParam);
 }
 
-// Six frames on a black screen; green is the trace, blue the scale, red the panel.
-std::vector<Frame> buildFigure(const std::string& settings) {
-    std::vector<Frame> frames =
-        build("MainEffect = 12\nTruecolour = 1\nMainLissajousIncrement = 33\nMainLissajousGreenColor = 65280\n"
-              "MainLissajousBlackColor = 0\nMainLissajousScaleColor = 16711680\n"
-              "MainLissajousPanelColor = 255\n" +
-              settings)
-            .frames;
-    EXPECT_EQ(frames.size(), 6u);
-    return frames;
-}
-
-TEST(Lissajous, TheTraceFollowsTheOscillations) {
-    const struct {
-        int horizontal, vertical, step;
-        bool varyY;
-    } cases[] = {{1, 3, -60, false}, {3, 2, 60, true}};
-    for (const auto& row : cases) {
-        const std::vector<Frame> frames = buildFigure(
-            line("MainLissajousHorz", row.horizontal) + line("MainLissajousVert", row.vertical) +
-            line("MainLissajousPhaseY", row.varyY) + line("MainLissajousIncrement", row.step > 0 ? 33 : 0) +
-            "MainLissajousSize = 128\nMainLissajousPadsize = 5\nMainLissajousTraceSize = 4\nMainLissajousGlow = 0\n"
-            "MainLissajousUseBezel = 0\nMainLissajousUseScale = 0\n");
-        for (int i = 0; i < 6; ++i) {
-            const Frame& frame = frames[static_cast<std::size_t>(i)];
-            ASSERT_EQ(frame.width(), 138);
-            double length = 0;
-            double light = 0;
-            for (double t = 0; t < 360; t += 0.25) {
-                const double x = (row.horizontal * t + (row.varyY ? 0 : i * row.step)) * kDegree;
-                const double y = (row.vertical * t + (row.varyY ? i * row.step : 0)) * kDegree;
-                ASSERT_EQ(
-                    frame.colour(static_cast<int>(69 + 64 * std::cos(x)), static_cast<int>(69 + 64 * std::sin(y))),
-                    0x00FF00u)
-                    << i << ' ' << t;
-                length += 16 * kDegree * std::hypot(row.horizontal * std::sin(x), row.vertical * std::cos(y));
-            }
-            for (int at = 0; at < 138 * 138; ++at)
-                light += GetGValue(frame.colour(at % 138, at / 138)) / 255.0;
-            EXPECT_LT(light, 4 * length * 1.15) << i; // nowhere else; short lines of whole pixels are wider
+// What is tested of a figure that turns in six frames.
+void expectTrace(const std::vector<Frame>& frames, int horizontal, int vertical, int step, bool varyY) {
+    ASSERT_EQ(frames.size(), 6u);
+    for (int i = 0; i < 6; ++i) {
+        const Frame& frame = frames[static_cast<std::size_t>(i)];
+        ASSERT_EQ(frame.width(), 138);
+        double length = 0;
+        double light = 0;
+        for (double t = 0; t < 360; t += 0.25) {
+            const double x = (horizontal * t + (varyY ? 0 : i * step)) * kDegree;
+            const double y = (vertical * t + (varyY ? i * step : 0)) * kDegree;
+            const COLORREF colour =
+                frame.colour(static_cast<int>(69 + 64 * std::cos(x)), static_cast<int>(69 + 64 * std::sin(y)));
+            ASSERT_EQ(colour, 0x00FF00u) << i << ' ' << t;
+            length += 16 * kDegree * std::hypot(horizontal * std::sin(x), vertical * std::cos(y));
         }
+        for (int at = 0; at < 138 * 138; ++at)
+            light += GetGValue(frame.colour(at % 138, at / 138)) / 255.0;
+        EXPECT_LT(light, 4 * length * 1.15) << i; // nowhere else; short lines of whole pixels are wider
     }
 }
 
-TEST(Lissajous, GlowFallsOffAsFarAsItSays) {
-    const Frame frame = buildFigure("MainLissajousGlow = 64\nMainLissajousVert = 1\nMainLissajousSize = 200\n"
-                                    "MainLissajousUseBezel = 0\nMainLissajousUseScale = 0\n")[0];
-    // From the circle's left side inwards; the radius is 66 canvas pixels, the last of it too weak for a byte.
-    int lit = 0;
-    for (int x = 12; x < 110; ++x) {
-        EXPECT_LE(frame.colour(x, 110), frame.colour(x - 1, 110)) << x;
-        lit += frame.colour(x, 110) > 0;
-    }
-    EXPECT_NEAR(lit, 26, 7);
+void expectFace(const Frame& frame, bool hasBezel) {
+    const int bezel = hasBezel ? 16 : 0;
+    const int last = 96 + 2 * 7 + 2 * bezel - 1;
+    ASSERT_EQ(frame.width(), last + 1);
+    int first = last; // columns of the scale
+    int end = 0;
+    for (int at = 0; at <= last; ++at)
+        if ((frame.colour(at, 50) & 0xFFFF) == 0 && frame.colour(at, 50) > 0) {
+            first = std::min(first, at);
+            end = at;
+        }
+    EXPECT_EQ(first, 3 + bezel);
+    EXPECT_EQ(end, last - first);
+    EXPECT_EQ(frame.colour(last, last), hasBezel ? 255u : 0u);
+    EXPECT_EQ(frame.alpha(last, last), hasBezel ? 0 : 255);
+    EXPECT_EQ(frame.alpha(last / 2, 0) + frame.alpha(last, last / 2) + frame.alpha(9, 9), 3 * 255);
 }
 
-TEST(Lissajous, BezelAndScaleTakeTheirPlaces) {
-    for (const int bezel : {0, 1}) {
-        const Frame frame =
-            buildFigure(line("MainLissajousUseBezel", bezel) +
-                        "MainLissajousSize = 96\nMainLissajousPadsize = 7\nMainLissajousBezelSize = 16\n"
-                        "MainLissajousGreenColor = 0\nMainAlphaTrans = 1\nUseAlphaGreyBack = 0\n")[0];
-        const int last = 96 + 2 * 7 + bezel * 2 * 16 - 1;
-        ASSERT_EQ(frame.width(), last + 1);
-        int first = last; // columns of the scale
-        int end = 0;
-        for (int at = 0; at <= last; ++at)
-            if ((frame.colour(at, 50) & 0xFFFF) == 0 && frame.colour(at, 50) > 0) {
-                first = std::min(first, at);
-                end = at;
-            }
-        EXPECT_EQ(first, 3 + bezel * 16);
-        EXPECT_EQ(end, last - first);
-        EXPECT_EQ(frame.colour(last, last), bezel == 1 ? 255u : 0u);
-        EXPECT_EQ(frame.alpha(last, last), bezel == 1 ? 0 : 255);
-        EXPECT_EQ(frame.alpha(last / 2, 0) + frame.alpha(last, last / 2) + frame.alpha(9, 9), 3 * 255);
-    }
+// On a black screen; green is the trace, blue the scale, red the panel.
+TEST(Lissajous, TraceGlowAndFaceHaveTheirPlaces) {
+    const std::string colours = "GreenColor=#00FF00 BlackColor=0 ScaleColor=#0000FF PanelColor=#FF0000";
+    withBuilder("MainLissajous", "*Truecolour=1 Increment=33 " + colours, [](Builder& figure) {
+        const std::string bare = "UseBezel=0 UseScale=0 ";
+        const std::string thin = bare + "Size=128 Padsize=5 TraceSize=4 Glow=0 ";
+        expectTrace(figure.frames(thin + "Horz=1 Vert=3 PhaseY=0 Increment=0"), 1, 3, -60, false);
+        expectTrace(figure.frames(thin + "Horz=3 Vert=2 PhaseY=1"), 3, 2, 60, true);
+        EXPECT_GT(figure.frame(bare + "Glow=64 Vert=1 Size=200").colour(20, 110), 0u); // within the circle
+        EXPECT_EQ(figure.frame(bare + "Glow=0 Vert=1 Size=200").colour(20, 110), 0u);
+        const std::string face = "Size=96 Padsize=7 BezelSize=16 GreenColor=0 *MainAlphaTrans=1 *UseAlphaGreyBack=0 ";
+        expectFace(figure.frame(face + "UseBezel=0"), false);
+        expectFace(figure.frame(face + "UseBezel=1"), true);
+    });
 }
 
-TEST(BubbleChamber, BubblesRiseAndComeBack) {
-    const std::vector<Frame> frames =
-        buildFrames("MainEffect = 6\nTruecolour = 1\nMainBubbleBlueColor = 0\nMainBubbleWhiteColor = 16777215\n"
-                    "MainBubbleUseBevel = 0\nMainBubbleUseRoundCorners = 0\nMainBubbleFrames = 64\n");
+void expectBubblesThatRiseAndComeBack(const std::vector<Frame>& frames) {
     ASSERT_EQ(frames.size(), 64u);
     const auto light = [&](std::size_t i, int y) {
         int sum = 0;
@@ -118,33 +92,30 @@ TEST(BubbleChamber, BubblesRiseAndComeBack) {
         }
         EXPECT_LT(up, down) << i;
     }
-    EXPECT_LE(difference(frames.back(), frames.front()), largestStep(frames) * 5 / 4);
+    expectLoop(frames);
 }
 
-TEST(BubbleChamber, EdgesDarkenAndCornersAreCut) {
-    const std::string white =
-        "MainEffect = 6\nTruecolour = 1\nMainBubbleWide = 96\nMainBubbleDeep = 160\nMainBubbleFrames = 64\n"
-        "MainBubbleBlueColor = 16777215\nMainBubbleWhiteColor = 16777215\n" // bubbles unseen
-        "MainBubblePanelColor = 255\nMainBubbleDensity = 8\n";
-    const Frame shaded = build(white + "MainBubbleBevelFactor = 200\n").frames[40];
-    const auto shade = [](int k, int width) { return std::sin((k + 0.25) / width * 90 * kDegree) * 200 + 55; };
-    for (int k = 0; k < 24; ++k) { // a quarter of the width, two canvas columns each, and a quarter of that in rows
-        EXPECT_NEAR(GetGValue(shaded.colour(k, 80)), shade(k, 24), 2.5) << k;
-        EXPECT_NEAR(GetGValue(shaded.colour(95 - k, 80)), shade(k, 24), 2.5) << k;
-        EXPECT_NEAR(GetGValue(shaded.colour(48, k / 4)), shade(k / 4, 6), 2.5) << k;
-        EXPECT_NEAR(GetGValue(shaded.colour(48, 159 - k / 4)), shade(k / 4, 6), 2.5) << k;
-    }
-    // What is not tank has the panel's red and is transparent, in the same measure.
-    const Frame cut = build(white + "MainAlphaTrans = 1\nUseAlphaGreyBack = 0\nMainBubbleUseBevel = 0\n").frames[0];
-    for (int y = 0; y < 160; ++y)
-        for (int x = 0; x < 96; ++x)
-            EXPECT_NEAR(GetGValue(cut.colour(x, y)), cut.alpha(x, y), 4) << x << ' ' << y;
-    EXPECT_EQ(cut.alpha(0, 0) + cut.alpha(95, 0) + cut.alpha(0, 159) + cut.alpha(95, 159), 0);
-    EXPECT_EQ(cut.alpha(5, 5) + cut.alpha(48, 0) + cut.alpha(0, 80), 3 * 255); // the corner's radius is 8
+TEST(BubbleChamber, BubblesRiseBetweenDarkEdgesAndCutCorners) {
+    withBuilder("MainBubble", "*Truecolour=1 Frames=64 WhiteColor=#FFFFFF", [](Builder& tank) {
+        expectBubblesThatRiseAndComeBack(tank.frames("BlueColor=0 UseBevel=0 UseRoundCorners=0"));
+        const std::string white = "Wide=96 Deep=160 BlueColor=#FFFFFF PanelColor=#FF0000 Density=8 "; // bubbles unseen
+        const Frame shaded = tank.frame(white + "BevelFactor=200", 40);
+        const auto shade = [](int k, int width) { return std::sin((k + 0.25) / width * 90 * kDegree) * 200 + 55; };
+        for (int k = 0; k < 24; ++k) { // a quarter of the width, two canvas columns each, and a quarter of that in rows
+            EXPECT_NEAR(GetGValue(shaded.colour(k, 80)), shade(k, 24), 2.5) << k;
+            EXPECT_NEAR(GetGValue(shaded.colour(95 - k, 80)), shade(k, 24), 2.5) << k;
+            EXPECT_NEAR(GetGValue(shaded.colour(48, k / 4)), shade(k / 4, 6), 2.5) << k;
+            EXPECT_NEAR(GetGValue(shaded.colour(48, 159 - k / 4)), shade(k / 4, 6), 2.5) << k;
+        }
+        // What is not tank has the panel's red and is transparent, in the same measure.
+        const Frame cut = tank.frame(white + "UseBevel=0 *MainAlphaTrans=1 *UseAlphaGreyBack=0");
+        for (int y = 0; y < 160; ++y)
+            for (int x = 0; x < 96; ++x)
+                EXPECT_NEAR(GetGValue(cut.colour(x, y)), cut.alpha(x, y), 4) << x << ' ' << y;
+        EXPECT_EQ(cut.alpha(0, 0) + cut.alpha(95, 0) + cut.alpha(0, 159) + cut.alpha(95, 159), 0);
+        EXPECT_EQ(cut.alpha(5, 5) + cut.alpha(48, 0) + cut.alpha(0, 80), 3 * 255); // the corner's radius is 8
+    });
 }
-
-constexpr char kClock[] =
-    "MainEffect = 7\nTruecolour = 1\nMainCountdownRedColor = 65280\nMainCountdownBlackColor = 0\n";
 
 // The digit whose cell begins at (x, y) of a frame that shows two canvas pixels in one; 10 when it is none. Places are
 // the middles of its segments: top, upper and lower right, bottom, lower and upper left, middle.
@@ -158,14 +129,7 @@ std::ptrdiff_t digitAt(const Frame& frame, int x, int y) {
     return std::ranges::find(digits, lit) - digits;
 }
 
-TEST(Countdown, DigitsCountDownInTheirPlaces) {
-    const Recording seen =
-        build(kClock + std::string("MainCountdownMinutes = 1\nMainCountdownSeconds = 11\nMainCountdownUseHund = 0\n"
-                                   "MainCountdownSize = 128\nMainCountdownPadding = 3\nMainCountdownUseBezel = 0\n"
-                                   "MainAlphaTrans = 1\n"),
-              {}, 0);
-    EXPECT_EQ(backgroundOf(seen), 0x7F7F7Fu);
-    const std::vector<Frame>& frames = seen.frames;
+void expectCountdown(const std::vector<Frame>& frames) {
     ASSERT_EQ(frames.size(), 72u);
     for (int left = 71; left >= 0; --left) {
         const Frame& frame = frames[static_cast<std::size_t>(71 - left)];
@@ -183,21 +147,23 @@ TEST(Countdown, DigitsCountDownInTheirPlaces) {
     }
 }
 
-TEST(Countdown, BezelFadesInwardsAndShrinksWithoutAntialias) {
-    // Ten lines: two of the outer edge, seven of a bevel that loses 30 %, a dark one.
-    const std::string settings =
-        kClock + std::string("MainCountdownSeconds = 0\nMainCountdownSize = 128\nMainCountdownPadding = 5\n");
-    const Frame smooth = build(settings).frames[0];
-    ASSERT_EQ(smooth.width(), 763); // (1465 + 2 x 30) / 2, rounded
-    for (int i = 2; i < 8; ++i) {   // a line covers half of each of two pixels
-        const double shade = 217 * (std::pow(1 - 0.3 / 7, i - 2) + std::pow(1 - 0.3 / 7, i - 1)) / 2;
-        EXPECT_NEAR(GetRValue(smooth.colour(i, 70)), shade, 4) << i;
-        EXPECT_NEAR(GetRValue(smooth.colour(380, i)), shade, 4) << i;
-    }
-    EXPECT_EQ(smooth.colour(11, 70), 0u);
-    const Recording plain = build(settings + "MainAntialias = 0\nMainAlphaTrans = 1\nUseAlphaGreyBack = 0\n", {}, 0);
-    EXPECT_EQ(plain.frames[0].width(), 748); // (1465 + 2 x 15) / 2
-    EXPECT_EQ(backgroundOf(plain), 0u);
+TEST(Countdown, DigitsCountDownInABezelThatFadesInwards) {
+    const auto count = [](Builder& clock) {
+        const Recording seen = clock.build("Minutes=1 Seconds=11 UseHund=0 Padding=3 UseBezel=0 *MainAlphaTrans=1");
+        EXPECT_EQ(backgroundOf(seen), 0x7F7F7Fu);
+        expectCountdown(seen.frames);
+
+        const Frame smooth = clock.frame("Seconds=0 Padding=5");
+        ASSERT_EQ(smooth.width(), 763); // (1465 + 2 x 30) / 2, rounded
+        for (int i = 3; i < 8; ++i)     // the bevel gets darker inwards
+            EXPECT_TRUE(smooth.colour(i, 70) < smooth.colour(i - 1, 70) && smooth.colour(i, 70) > 0) << i;
+        EXPECT_EQ(smooth.colour(11, 70), 0u);
+        const Recording plain =
+            clock.build("Seconds=0 Padding=5 *MainAntialias=0 *MainAlphaTrans=1 *UseAlphaGreyBack=0");
+        EXPECT_EQ(plain.frames.at(0).width(), 748); // (1465 + 2 x 15) / 2
+        EXPECT_EQ(backgroundOf(plain), 0u);
+    };
+    withBuilder("MainCountdown", "*Truecolour=1 Size=128 RedColor=#00FF00 BlackColor=0", count, 0);
 }
 
 } // namespace

@@ -2,6 +2,9 @@
 // dialog's own message loop, as a person's input would.
 #include "recording_host.h"
 
+#include "instruments/effect_list.cpp" // NOLINT(bugprone-suspicious-include): nothing of the plugin is linked
+#include "settings/output_options.h"
+#include "settings/settings_table.cpp" // NOLINT(bugprone-suspicious-include)
 #include "settings_folder.h"
 
 #include <algorithm>
@@ -15,6 +18,8 @@
 
 namespace recording {
 namespace {
+
+using dialog_script::notify;
 
 struct Invocation {
     const Session* session = nullptr;
@@ -49,9 +54,7 @@ void readMessageBox(HWND box) {
         current->session->otherDialogs(box);
     std::string text;
     for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-        char className[16] = "";
-        GetClassNameA(child, className, sizeof className);
-        if (lstrcmpiA(className, "STATIC") == 0)
+        if (dialog_script::classOf(child) == "STATIC")
             text += textOf(child);
     }
     current->recording.boxes.push_back(text);
@@ -89,10 +92,9 @@ LRESULT CALLBACK dialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
 }
 
 LRESULT CALLBACK windowIsCreated(int code, WPARAM wParam, LPARAM lParam) {
-    char className[16] = "";
-    if (code == HCBT_CREATEWND && GetClassNameA(reinterpret_cast<HWND>(wParam), className, sizeof className) != 0 &&
-        lstrcmpA(className, "#32770") == 0)
-        SetWindowSubclass(reinterpret_cast<HWND>(wParam), dialogMessage, 0, 0);
+    const auto window = reinterpret_cast<HWND>(wParam);
+    if (code == HCBT_CREATEWND && dialog_script::classOf(window) == "#32770")
+        SetWindowSubclass(window, dialogMessage, 0, 0);
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
@@ -121,8 +123,7 @@ void recordFrame(const HostImageInfo& info) {
     }
     frame.bitmap.assign(bytes, bytes + GlobalSize(info.image));
     GlobalUnlock(info.image);
-    BITMAPINFOHEADER header{};
-    std::memcpy(&header, frame.bitmap.data(), sizeof header);
+    const BITMAPINFOHEADER header = frame.header();
     const std::size_t stride = (static_cast<std::size_t>(header.biWidth) * header.biBitCount + 31) / 32 * 4;
     const std::size_t pixels = stride * static_cast<std::size_t>(header.biHeight);
     const std::size_t table = header.biBitCount == 8 ? 1024 : 0;
@@ -170,8 +171,26 @@ std::intptr_t PLUGIN16_CALL onMessage(HostTaskInfo* task, std::uint32_t command,
     return refused ? 0 : 1;
 }
 
-void notify(HWND dialog, int control, int code) {
-    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
+std::string exchangeValue(HWND dialog, int control, veldran::ParameterKind kind, const std::string& value) {
+    const HWND window = GetDlgItem(dialog, control);
+    std::string before;
+    switch (kind) {
+    case veldran::ParameterKind::Check:
+        before = std::to_string(IsDlgButtonChecked(dialog, control));
+        setCheck(dialog, control, value != "0");
+        return before;
+    case veldran::ParameterKind::Choice:
+        before = std::to_string(SendMessageA(window, CB_GETCURSEL, 0, 0));
+        setChoice(dialog, control, std::stoi(value));
+        return before;
+    case veldran::ParameterKind::Colour:
+    case veldran::ParameterKind::Curve:
+        return std::to_string(SetWindowLongPtrA(window, GWLP_USERDATA, static_cast<LONG_PTR>(std::stoul(value))));
+    default:
+        before = textOf(window);
+        setText(dialog, control, value);
+        return before;
+    }
 }
 
 void invoke() {
@@ -193,19 +212,16 @@ void invoke() {
 } // namespace
 
 std::string Message::describe() const {
-    const std::string number = std::to_string(command);
-    switch (command) {
-    case kHostShowStatus:
-        return number + ' ' + text;
-    case kHostFinishTask:
-        return number + ' ' + std::to_string(wParam);
-    case kHostShowProgress:
-        return number + ' ' + std::to_string(wParam) + ' ' + std::to_string(lParam);
-    case kHostSetBackground:
-        return number + ' ' + static_cast<char>(wParam) + ' ' + std::to_string(lParam);
-    default:
-        return number;
-    }
+    const std::string number = std::to_string(command) + ' ';
+    if (command == kHostShowStatus)
+        return number + text;
+    if (command == kHostFinishTask)
+        return number + std::to_string(wParam);
+    if (command == kHostShowProgress)
+        return number + std::to_string(wParam) + ' ' + std::to_string(lParam);
+    if (command == kHostSetBackground)
+        return number + static_cast<char>(wParam) + ' ' + std::to_string(lParam);
+    return std::to_string(command);
 }
 
 std::vector<std::string> Recording::describe() const {
@@ -255,6 +271,10 @@ DoBuildFunction doBuildEntry() {
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("veldran1_x64.dll"), "PLUGIN16DoBuild")));
 }
 
+HWND openDialog() {
+    return IsWindow(current->dialog) ? current->dialog : nullptr;
+}
+
 Recording run(const Session& session) {
     const SettingsFolder folder(session.settings);
     Invocation invocation;
@@ -300,14 +320,30 @@ void setLines(HWND dialog, int control, const std::vector<std::string>& lines) {
         SendDlgItemMessageA(dialog, control, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
 }
 
-std::string textOf(HWND window) {
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-    return text;
-}
-
 Step pressing(int button) {
     return [button](HWND dialog) { press(dialog, button); };
+}
+
+int effectOf(const std::string& stem) {
+    const auto effects = veldran::effectRows();
+    const auto found = std::ranges::find(effects, stem, &veldran::EffectRow::keyStem);
+    return static_cast<int>(found - effects.begin());
+}
+
+std::string exchangeSetting(HWND dialog, const std::string& key, const std::string& value) {
+    using namespace veldran;
+    const auto edits = [&key](const ParameterRow& row) {
+        return row.setting != Setting::None && key == settingRow(row.setting).key;
+    };
+    for (const OptionRow& option : kOutputOptions)
+        if (edits(option.parameter))
+            return exchangeValue(dialog, option.control, option.parameter.kind, value);
+    for (const EffectRow& effect : effectRows())
+        for (std::size_t i = 0; i < effect.parameters.size(); ++i)
+            if (edits(effect.parameters[i]))
+                return exchangeValue(dialog, controlOfRow(effect.parameters, effect.firstControl, i),
+                                     effect.parameters[i].kind, value);
+    throw std::out_of_range("no control has the key " + key);
 }
 
 std::vector<std::string> split(const std::string& text, char separator) {

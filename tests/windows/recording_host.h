@@ -2,6 +2,7 @@
 // copy of everything that it sends. Knows the plugin by its binary interface and its control identities alone.
 #pragma once
 
+#include "dialog_script.h"
 #include "host/plugin_abi.h"
 
 #include <cstdint>
@@ -56,9 +57,9 @@ struct Frame {
     int index(int x, int y) const;       // of an 8-bit frame
     int alpha(int x, int y) const;       // of a 32-bit frame
     COLORREF tableColour(int entry) const;
+    BITMAPINFOHEADER header() const;
 
 private:
-    BITMAPINFOHEADER header() const;
     const std::uint8_t* pixel(int x, int y) const;
 };
 
@@ -108,6 +109,9 @@ DoBuildFunction doBuildEntry();
 // Loads the plugin, runs the session and unloads it again. The person's own settings are moved aside meanwhile.
 Recording run(const Session& session);
 
+// The dialog of the running session; null before it stands and after it has gone.
+HWND openDialog();
+
 // For steps: what the running session has recorded so far. The record begins anew.
 Recording takeRecording();
 
@@ -117,8 +121,15 @@ void setCheck(HWND dialog, int control, bool checked);
 void setChoice(HWND dialog, int control, int position); // -1: no choice
 void setText(HWND dialog, int control, const std::string& text);
 void setLines(HWND dialog, int control, const std::vector<std::string>& lines);
-std::string textOf(HWND window);
 Step pressing(int button);
+using dialog_script::textOf;
+
+// The row of the effect list whose settings keys begin with `stem`, as in "MainRadar".
+int effectOf(const std::string& stem);
+
+// Gives the control of a settings key a value, written as in the settings file, and returns the one before. Throws
+// std::out_of_range when the key has no control.
+std::string exchangeSetting(HWND dialog, const std::string& key, const std::string& value);
 
 // The parts of a text between separators.
 std::vector<std::string> split(const std::string& text, char separator);

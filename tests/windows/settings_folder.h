@@ -1,6 +1,8 @@
 // The plugin's folder of settings, for tests: empty, or with a file of the test's own.
 #pragma once
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -23,20 +25,22 @@ inline std::string specialFolder(int identity) {
 class SettingsFolder {
 public:
     explicit SettingsFolder(const std::optional<std::string>& settings) {
-        if (GetFileAttributesA(aside_.c_str()) == INVALID_FILE_ATTRIBUTES)
-            MoveFileA(path_.c_str(), aside_.c_str());
+        std::error_code ignored;
+        if (std::filesystem::exists(aside_))
+            std::filesystem::remove_all(path_); // left over from tests that were killed
         else
-            clear(); // left over from tests that were killed
+            std::filesystem::rename(path_, aside_, ignored);
         if (!settings)
             return;
-        CreateDirectoryA(path_.c_str(), nullptr);
+        std::filesystem::create_directory(path_);
         std::ofstream(file(), std::ios::binary) << *settings;
     }
     SettingsFolder(const SettingsFolder&) = delete;
     SettingsFolder& operator=(const SettingsFolder&) = delete;
     ~SettingsFolder() {
-        clear();
-        MoveFileA(aside_.c_str(), path_.c_str());
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+        std::filesystem::rename(aside_, path_, ignored);
     }
 
     std::string read() const {
@@ -44,31 +48,21 @@ public:
         return std::string(std::istreambuf_iterator<char>(stream), {});
     }
 
+    // In the order of the alphabet.
     std::vector<std::string> names() const {
         std::vector<std::string> names;
-        WIN32_FIND_DATAA found{};
-        const HANDLE search = FindFirstFileA((path_ + "\\*").c_str(), &found);
-        if (search == INVALID_HANDLE_VALUE)
-            return names;
-        do {
-            if (found.cFileName[0] != '.')
-                names.push_back(found.cFileName);
-        } while (FindNextFileA(search, &found));
-        FindClose(search);
+        std::error_code ignored;
+        for (const auto& entry : std::filesystem::directory_iterator(path_, ignored))
+            names.push_back(entry.path().filename().string());
+        std::ranges::sort(names);
         return names;
     }
 
 private:
-    std::string file() const { return path_ + "\\VELDRAN1.INI"; }
-    void clear() const {
-        for (const std::string& name : names())
-            if (const std::string path = path_ + '\\' + name; !DeleteFileA(path.c_str()))
-                RemoveDirectoryA(path.c_str());
-        RemoveDirectoryA(path_.c_str());
-    }
+    std::filesystem::path file() const { return path_ / "VELDRAN1.INI"; }
 
-    std::string path_ = specialFolder(CSIDL_APPDATA) + "\\Korvel";
-    std::string aside_ = path_ + " (moved aside by a test)";
+    std::filesystem::path path_ = specialFolder(CSIDL_APPDATA) + "\\Korvel";
+    std::filesystem::path aside_ = path_.string() + " (moved aside by a test)";
 };
 
 } // namespace recording

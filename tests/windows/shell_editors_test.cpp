@@ -7,6 +7,7 @@
 #include "resources/resource_ids.h"
 #include "settings/marker_store.h"
 #include "settings/parameter_reader.h"
+#include "settings_folder.h"
 #include "ui/curve_control.h"
 #include "ui/data_point_editor.h"
 #include "ui/marker_editor.h"
@@ -27,6 +28,7 @@ constexpr int kCurve = 102;
 
 using Lines = std::vector<std::string>;
 using dialog_script::Script;
+using dialog_script::textOf;
 
 void press(HWND window, int control) {
     SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(control), 0);
@@ -38,10 +40,6 @@ void key(HWND window, WPARAM code) {
 
 void mouse(HWND window, UINT message, int x, int y) {
     SendMessageA(window, message, MK_LBUTTON, MAKELPARAM(x, y));
-}
-
-std::string textOf(HWND window, int control) {
-    return dialog_script::textOf(GetDlgItem(window, control));
 }
 
 // Stands for the main dialog: a list of markers, a button with points, a curve.
@@ -98,64 +96,55 @@ protected:
 
 void chooseLine(HWND editor, int index) {
     SendDlgItemMessageA(editor, MARKER_LIST, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-    SendMessageA(editor, WM_COMMAND, MAKEWPARAM(MARKER_LIST, LBN_SELCHANGE), 0);
+    dialog_script::notify(editor, MARKER_LIST, LBN_SELCHANGE);
 }
 
 // The picture's radius of 100 % is 108 pixels about (120, 120): B lies at (174, 120).
 TEST_F(Editors, MarkersAreEditedUntilOk) {
     const Lines before = {"A,0,10", "B,90,50,7", "C,180,70"};
-    const struct {
-        const char* what;
-        Script script;
-        Lines after;
-    } cases[] = {
-        {"looking at a line", [](HWND e) { chooseLine(e, 1); }, before},
-        {"change",
-         [](HWND e) {
-             chooseLine(e, 1);
-             SetDlgItemTextA(e, MARKER_NAME, "Bravo");
-             SetDlgItemTextA(e, MARKER_DISTANCE, "55");
-         },
-         {"A,0,10", "Bravo,90,55", "C,180,70"}},
-        {"add", [](HWND e) { press(e, EDITOR_ADD); }, {"A,0,10", "NEW001,0,50", "B,90,50,7", "C,180,70"}},
-        {"reorder",
-         [](HWND e) {
-             press(e, MARKER_UP); // already first
-             press(e, MARKER_DOWN);
-             press(e, MARKER_DOWN);
-         },
-         {"B,90,50,7", "C,180,70", "A,0,10"}},
-        {"undo",
-         [](HWND e) {
-             press(e, EDITOR_DELETE);
-             press(e, MARKER_DOWN);
-             SetDlgItemTextA(e, MARKER_NAME, "X");
-             for (int i = 0; i < 5; ++i)
-                 press(e, EDITOR_UNDO);
-         },
-         before},
-        {"drag on the picture",
-         [](HWND e) {
-             const HWND picture = GetDlgItem(e, MARKER_PICTURE);
-             mouse(picture, WM_LBUTTONDOWN, 175, 121);
-             mouse(picture, WM_MOUSEMOVE, 120, 12);
-             mouse(picture, WM_LBUTTONUP, 120, 12);
-             mouse(picture, WM_MOUSEMOVE, 10, 10);
-         },
-         {"A,0,10", "B,0,100", "C,180,70"}},
-    };
-    for (const auto& c : cases) {
+    const auto expectEdited = [&](const char* what, const Script& script, const Lines& after) {
         setMarkers(before);
-        const bool changed = driveMarkers([&c](HWND editor) {
-            c.script(editor);
+        const bool changed = driveMarkers([&](HWND editor) {
+            script(editor);
             press(editor, IDOK);
         });
-        EXPECT_EQ(readLines(owner_, kList), c.after) << c.what;
-        EXPECT_EQ(changed, c.after != before) << c.what;
-    }
+        EXPECT_EQ(readLines(owner_, kList), after) << what;
+        EXPECT_EQ(changed, after != before) << what;
+    };
+    const auto buttons = [](const std::vector<int>& pressed) {
+        return [pressed](HWND editor) {
+            for (const int button : pressed)
+                press(editor, button);
+        };
+    };
+    expectEdited(
+        "look at a line", [](HWND editor) { chooseLine(editor, 1); }, before);
+    expectEdited("add", buttons({EDITOR_ADD}), {"A,0,10", "NEW001,0,50", "B,90,50,7", "C,180,70"});
+    expectEdited("reorder the first", buttons({MARKER_UP, MARKER_DOWN, MARKER_DOWN}),
+                 {"B,90,50,7", "C,180,70", "A,0,10"});
+    const auto change = [](HWND editor) {
+        chooseLine(editor, 1);
+        SetDlgItemTextA(editor, MARKER_NAME, "Bravo");
+        SetDlgItemTextA(editor, MARKER_DISTANCE, "55");
+    };
+    expectEdited("change", change, {"A,0,10", "Bravo,90,55", "C,180,70"});
+    const auto undo = [&](HWND editor) {
+        buttons({EDITOR_DELETE, MARKER_DOWN})(editor);
+        change(editor);
+        buttons({EDITOR_UNDO, EDITOR_UNDO, EDITOR_UNDO, EDITOR_UNDO, EDITOR_UNDO})(editor);
+    };
+    expectEdited("undo", undo, before);
+    const auto drag = [](HWND editor) {
+        const HWND picture = GetDlgItem(editor, MARKER_PICTURE);
+        mouse(picture, WM_LBUTTONDOWN, 175, 121);
+        mouse(picture, WM_MOUSEMOVE, 120, 12);
+        mouse(picture, WM_LBUTTONUP, 120, 12);
+        mouse(picture, WM_MOUSEMOVE, 10, 10);
+    };
+    expectEdited("drag on the picture", drag, {"A,0,10", "B,0,100", "C,180,70"});
     setMarkers(before);
-    EXPECT_FALSE(driveMarkers([](HWND e) { press(e, EDITOR_DELETE); }));
-    EXPECT_EQ(readLines(owner_, kList), before) << "cancelled";
+    EXPECT_FALSE(driveMarkers(buttons({EDITOR_DELETE}))); // cancelled
+    EXPECT_EQ(readLines(owner_, kList), before);
 }
 
 TEST_F(Editors, AMarkerThatCannotBeKeepsTheEditorOpen) {
@@ -176,57 +165,37 @@ TEST_F(Editors, AMarkerThatCannotBeKeepsTheEditorOpen) {
 
 TEST_F(Editors, DataPointsAreEditedUntilOk) {
     const std::string before = "0,140;50,500;100,140";
-    const struct {
-        const char* what;
-        Script script; // gets the graph
-        const char* after;
-    } cases[] = {
-        {"keys move the chosen point",
-         [](HWND g) {
-             key(g, VK_RIGHT);
-             key(g, VK_UP);
-             key(g, VK_NEXT);
-         },
-         "0,140;50,455;100,140"},
-        {"insert and delete",
-         [](HWND g) {
-             key(g, VK_INSERT);
-             key(g, VK_END);
-             key(g, VK_INSERT);
-             key(g, VK_DELETE);
-         },
-         "0,140;25,320;50,500;100,140"},
-        {"undo",
-         [](HWND g) {
-             key(g, VK_UP);
-             key(g, VK_INSERT);
-             press(GetParent(g), EDITOR_UNDO);
-         },
-         "0,145;50,500;100,140"},
-        {"fields in revolutions per minute",
-         [](HWND g) {
-             EXPECT_EQ(textOf(GetParent(g), POINT_VALUE), "1120");
-             EXPECT_FALSE(IsWindowEnabled(GetDlgItem(GetParent(g), POINT_POSITION)));
-             key(g, VK_RIGHT);
-             EXPECT_EQ(textOf(GetParent(g), POINT_VALUE), "4000");
-             SetDlgItemTextA(GetParent(g), POINT_VALUE, "8000");
-             SetDlgItemTextA(GetParent(g), POINT_POSITION, "");
-             SetDlgItemTextA(GetParent(g), POINT_POSITION, "75");
-         },
-         "0,140;75,1000;100,140"},
-    };
-    for (const auto& c : cases) {
+    const auto edit = [&](const Script& script) {
         SetDlgItemTextA(owner_, kPoints, before.c_str());
-        const bool changed = drivePoints(PointsKind::Speed, [&c](HWND e) {
-            c.script(GetDlgItem(e, POINT_GRAPH));
-            press(e, IDOK);
-        });
-        EXPECT_EQ(textOf(owner_, kPoints), c.after) << c.what;
-        EXPECT_TRUE(changed) << c.what;
+        return drivePoints(PointsKind::Speed, script);
+    };
+    const struct {
+        std::vector<WPARAM> keys; // in the graph; 0: undo
+        const char* after;
+    } cases[] = {{{VK_RIGHT, VK_UP, VK_NEXT}, "0,140;50,455;100,140"}, // move the chosen point
+                 {{VK_INSERT, VK_END, VK_INSERT, VK_DELETE}, "0,140;25,320;50,500;100,140"},
+                 {{VK_UP, VK_INSERT, 0}, "0,145;50,500;100,140"}};
+    for (const auto& c : cases) {
+        EXPECT_TRUE(edit([&c](HWND editor) {
+            for (const WPARAM code : c.keys)
+                code == 0 ? press(editor, EDITOR_UNDO) : key(GetDlgItem(editor, POINT_GRAPH), code);
+            press(editor, IDOK);
+        }));
+        EXPECT_EQ(textOf(owner_, kPoints), c.after);
     }
-    SetDlgItemTextA(owner_, kPoints, before.c_str());
-    EXPECT_FALSE(drivePoints(PointsKind::Speed, [](HWND e) { key(GetDlgItem(e, POINT_GRAPH), VK_UP); }));
-    EXPECT_EQ(textOf(owner_, kPoints), before) << "cancelled";
+    EXPECT_TRUE(edit([](HWND editor) { // fields in revolutions per minute
+        EXPECT_EQ(textOf(editor, POINT_VALUE), "1120");
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(editor, POINT_POSITION)));
+        key(GetDlgItem(editor, POINT_GRAPH), VK_RIGHT);
+        EXPECT_EQ(textOf(editor, POINT_VALUE), "4000");
+        SetDlgItemTextA(editor, POINT_VALUE, "8000");
+        SetDlgItemTextA(editor, POINT_POSITION, "");
+        SetDlgItemTextA(editor, POINT_POSITION, "75");
+        press(editor, IDOK);
+    }));
+    EXPECT_EQ(textOf(owner_, kPoints), "0,140;75,1000;100,140");
+    EXPECT_FALSE(edit([](HWND editor) { key(GetDlgItem(editor, POINT_GRAPH), VK_UP); })); // cancelled
+    EXPECT_EQ(textOf(owner_, kPoints), before);
 }
 
 TEST_F(Editors, DataPointsAreDrawnWithTheMouse) {
@@ -265,13 +234,9 @@ TEST_F(Editors, FitTheirTextAndFreeWhatTheyDraw) {
             EXPECT_EQ(dialog_script::layoutFaults(editor), std::vector<std::string>()) << percent;
         });
     }
-    const auto paint = [](HWND editor) {
-        RedrawWindow(editor, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-    };
-    openAll(paint); // what the system keeps from the first time is no leak
-    const object_count::Growth growth = object_count::leastGrowth(5, 10, [&] { openAll(paint); });
-    EXPECT_LE(growth.drawing, 0);
-    EXPECT_LE(growth.user, 0);
+    const auto paintAll = [&] { openAll(dialog_script::redraw); };
+    paintAll(); // what the system keeps from the first time is no leak
+    EXPECT_FALSE(object_count::leavesObjects(5, 10, paintAll));
 }
 
 // Client area 115 x 77 with a margin of 7: points at x = 7, 32, 57, 82, 107 and heights of two pixels each, 0 at y
@@ -300,25 +265,9 @@ TEST_F(Editors, ACurveIsEditedWithMouseAndKeys) {
     EXPECT_EQ(curveChanges_, 4);
 }
 
-// Puts a file back as it was.
-class KeptFile {
-public:
-    explicit KeptFile(std::string path) : path_(std::move(path)), bytes_(readWholeFile(path_)) {}
-    ~KeptFile() {
-        DeleteFileA(path_.c_str());
-        if (bytes_)
-            replaceFile(path_, *bytes_);
-    }
-
-private:
-    std::string path_;
-    std::optional<std::string> bytes_;
-};
-
 TEST(MarkerStore, TellsNoFileFromNoMarkers) {
+    const recording::SettingsFolder folder(std::string{}); // the person's own one is moved aside
     const std::string path = personalFolder() + "VELDRAN1.MRK";
-    const KeptFile kept(path);
-    DeleteFileA(path.c_str());
     EXPECT_EQ(loadMarkers(), std::nullopt);
     saveMarkers({"A,1,2", "B,3,4"});
     EXPECT_EQ(readWholeFile(path), "A,1,2\r\nB,3,4\r\n");

@@ -22,6 +22,7 @@
 namespace veldran {
 namespace {
 
+using dialog_script::notify;
 using dialog_script::Script;
 using dialog_script::textOf;
 
@@ -31,17 +32,9 @@ std::intptr_t PLUGIN16_CALL ignoreCommand(HostTaskInfo*, std::uint32_t, std::uin
     return 1;
 }
 
-void notify(HWND dialog, int control, int code) {
-    SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(control, code), reinterpret_cast<LPARAM>(GetDlgItem(dialog, control)));
-}
-
 void showEffect(HWND dialog, int effect) {
     SendDlgItemMessageA(dialog, kControlEffect, CB_SETCURSEL, static_cast<WPARAM>(effect), 0);
     notify(dialog, kControlEffect, CBN_SELCHANGE);
-}
-
-std::string controlText(HWND dialog, int control) {
-    return textOf(GetDlgItem(dialog, control));
 }
 
 class MainDialog : public testing::Test {
@@ -83,31 +76,37 @@ TEST_F(MainDialog, EveryPanelReadsWellAtEveryTextSize) {
 
 // What a person enters into the `index`-th control, and what the setting must hold afterwards.
 struct Entry {
-    std::string text; // of fields and paths
-    std::uint32_t number;
+    std::string text;
+    std::string kept; // numbers in decimal
 };
 
-Entry entryFor(const ParameterRow& row, int index) {
-    if (row.kind == ParameterKind::Number) {
+Entry entryFor(const ParameterRow& row, int index, const PlugInSettings& before) {
+    const auto number = [](std::uint32_t value) { return Entry{std::to_string(value), std::to_string(value)}; };
+    switch (row.kind) {
+    case ParameterKind::Check:
+        return number(before.number(row.setting) == 0 ? 1 : 0);
+    case ParameterKind::Choice:
+        return number(2);
+    case ParameterKind::Colour:
+        return number(0x010203u * static_cast<std::uint32_t>(index % 80));
+    case ParameterKind::Curve:
+        return number(packCurve({index % 32, 31, 0, 7, index % 5}));
+    case ParameterKind::Number: {
         const NumberRange range = parseRange(row.range);
-        const auto minimum = static_cast<std::uint32_t>(range.minimum);
-        const auto maximum = static_cast<std::uint32_t>(range.maximum);
-        const Entry entries[] = {{std::to_string(minimum + 1), minimum + 1},
-                                 {"99999999999", maximum},
-                                 {"", minimum},
-                                 {"no number", minimum},
-                                 {"-5", minimum},
-                                 {std::string(100000, '7'), maximum}};
+        const std::string minimum = std::to_string(range.minimum);
+        const std::string maximum = std::to_string(range.maximum);
+        const std::string next = std::to_string(range.minimum + 1);
+        const Entry entries[] = {{next, next},           {"99999999999", maximum}, {"", minimum},
+                                 {"no number", minimum}, {"-5", minimum},          {std::string(3000, '7'), maximum}};
         return entries[index % 6];
     }
-    if (row.kind == ParameterKind::Curve)
-        return {"", packCurve({index % 32, 31, 0, 7, index % 5})};
-    if (row.kind == ParameterKind::Colour)
-        return {"", 0x010203u * static_cast<std::uint32_t>(index % 80)};
-    return {"C:\\folder\\" + std::to_string(index) + std::string(index % 2 == 0 ? 4 : 200, 'x'), 0};
+    default:
+        const std::string path = "C:\\folder\\" + std::to_string(index) + std::string(index % 2 == 0 ? 4 : 200, 'x');
+        return {path, path};
+    }
 }
 
-void enter(HWND dialog, const BoundParameter& parameter, const Entry& entry) {
+void enter(HWND dialog, const BoundParameter& parameter, const std::string& text) {
     const HWND control = GetDlgItem(dialog, parameter.control);
     switch (parameter.row->kind) {
     case ParameterKind::Check:
@@ -118,30 +117,23 @@ void enter(HWND dialog, const BoundParameter& parameter, const Entry& entry) {
         notify(dialog, parameter.control, CBN_SELCHANGE);
         break;
     case ParameterKind::Colour:
-        setColour(dialog, parameter.control, entry.number);
+        setColour(dialog, parameter.control, std::stoul(text));
         break;
     case ParameterKind::Curve:
-        setCurveValue(control, entry.number);
+        setCurveValue(control, std::stoul(text));
         break;
     case ParameterKind::Number:
         SendMessageA(control, EM_SETSEL, 0, -1);
-        SendMessageA(control, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(entry.text.c_str()));
+        SendMessageA(control, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
         break;
     default:
-        SetWindowTextA(control, entry.text.c_str());
+        SetWindowTextA(control, text.c_str());
     }
 }
 
-void expectKept(const ParameterRow& row, const Entry& entry, const PlugInSettings& before) {
-    const PlugInSettings& now = pluginSettings();
-    if (row.kind == ParameterKind::Check)
-        EXPECT_EQ(now.number(row.setting), before.number(row.setting) == 0 ? 1u : 0u);
-    else if (row.kind == ParameterKind::Choice)
-        EXPECT_EQ(now.number(row.setting), 2u);
-    else if (row.kind == ParameterKind::Number || row.kind == ParameterKind::Curve || row.kind == ParameterKind::Colour)
-        EXPECT_EQ(now.number(row.setting), entry.number);
-    else
-        EXPECT_EQ(now.text(row.setting), entry.text);
+std::string keptValue(Setting setting) {
+    return settingRow(setting).isText() ? pluginSettings().text(setting)
+                                        : std::to_string(pluginSettings().number(setting));
 }
 
 int effectOf(int control) {
@@ -154,6 +146,9 @@ int effectOf(int control) {
 template <class Visit>
 void forEachSetting(Visit visit) {
     int index = 0;
+    for (const OptionRow& option : kOutputOptions)
+        if (option.control != kControlEffect)
+            visit(BoundParameter{&option.parameter, option.labelControl, option.control}, ++index);
     for (int effect = 0; effect < kEffectCount; ++effect)
         for (const BoundParameter& parameter : panelOf(effect))
             if (parameter.row->setting != Setting::None)
@@ -161,100 +156,86 @@ void forEachSetting(Visit visit) {
 }
 
 TEST_F(MainDialog, WhatIsEnteredAnywhereIsKept) {
+    const int bezel = panelOf(7).back().control; // a colour that lasts as long as the process
     PlugInSettings before;
     session([&](HWND dialog) {
         before = pluginSettings();
         forEachSetting([&](const BoundParameter& parameter, int index) {
             if (!IsWindowVisible(GetDlgItem(dialog, parameter.control)))
                 showEffect(dialog, effectOf(parameter.control));
-            enter(dialog, parameter, entryFor(*parameter.row, index));
+            enter(dialog, parameter, entryFor(*parameter.row, index, before).text);
         });
+        setColour(dialog, bezel, 0x123456);
     });
-    forEachSetting([&](const BoundParameter& parameter, int index) {
-        SCOPED_TRACE(settingRow(parameter.row->setting).key);
-        expectKept(*parameter.row, entryFor(*parameter.row, index), before);
-    });
+    const auto expectKept = [&] {
+        forEachSetting([&](const BoundParameter& parameter, int index) {
+            EXPECT_EQ(keptValue(parameter.row->setting), entryFor(*parameter.row, index, before).kept)
+                << settingRow(parameter.row->setting).key;
+        });
+    };
+    expectKept();
     const std::string file = folder_.read();
-    const PlugInSettings kept = pluginSettings();
-    session([](HWND) {}); // reads the file, fills every control and writes it again
+    // Reads the file, fills every control and writes it again.
+    session([&](HWND dialog) { EXPECT_EQ(readColour(dialog, bezel), 0x123456u); });
     const auto undated = [](std::string text) { return text.erase(text.find(";Last updated"), 40); };
     EXPECT_EQ(undated(folder_.read()), undated(file));
-    forEachSetting([&](const BoundParameter& parameter, int) {
-        const Setting setting = parameter.row->setting;
-        EXPECT_EQ(pluginSettings().number(setting), kept.number(setting)) << settingRow(setting).key;
-    });
+    expectKept();
 }
 
-TEST_F(MainDialog, DefaultsResetTheShownInstrumentAlone) {
-    session([](HWND dialog) {
-        showEffect(dialog, kRadar);
-        SetDlgItemTextA(dialog, 340, "99"); // the radar's size
-        SetDlgItemTextA(dialog, 378, "99"); // the tachometer's
-        SetDlgItemTextA(dialog, kControlDelay, "9");
-        SendDlgItemMessageA(dialog, 348, LB_RESETCONTENT, 0, 0);
-        notify(dialog, kControlDefaults, BN_CLICKED);
-        EXPECT_EQ(controlText(dialog, 340), "160");
-        EXPECT_EQ(SendDlgItemMessageA(dialog, 348, LB_GETCOUNT, 0, 0), 7);
-        EXPECT_EQ(controlText(dialog, 378), "99");
-        EXPECT_EQ(controlText(dialog, kControlDelay), "9");
-    });
+void expectDefaultsOfTheRadarAlone(HWND dialog) {
+    showEffect(dialog, kRadar);
+    for (const int control : {340, 378, int{kControlDelay}}) // the radar's size, the tachometer's
+        SetDlgItemTextA(dialog, control, "99");
+    SendDlgItemMessageA(dialog, 348, LB_RESETCONTENT, 0, 0);
+    notify(dialog, kControlDefaults, BN_CLICKED);
+    EXPECT_EQ(textOf(dialog, 340), "160");
+    EXPECT_EQ(SendDlgItemMessageA(dialog, 348, LB_GETCOUNT, 0, 0), 7);
+    EXPECT_EQ(textOf(dialog, 378), "99");
+    EXPECT_EQ(textOf(dialog, kControlDelay), "99");
 }
 
-TEST_F(MainDialog, TheBezelColourLastsAsLongAsTheProcess) {
-    const int bezel = panelOf(7).back().control;
-    session([&](HWND dialog) { setColour(dialog, bezel, 0x123456); });
-    session([&](HWND dialog) { EXPECT_EQ(readColour(dialog, bezel), 0x123456u); });
+void expectSpaceOpensTheMarkers(HWND dialog) {
+    const HWND list = GetDlgItem(dialog, 348);
+    EXPECT_EQ(SendMessageA(dialog, WM_VKEYTOITEM, MAKEWPARAM(VK_DOWN, 0), reinterpret_cast<LPARAM>(list)), -1);
+    bool opened = false;
+    dialog_script::drive([&](HWND editor) { opened = editor != dialog; },
+                         [&] { return SendMessageA(list, WM_KEYDOWN, VK_SPACE, 0); });
+    EXPECT_TRUE(opened);
 }
 
-TEST_F(MainDialog, AMissingFileIsNamedInThePreview) {
-    session([](HWND dialog) {
-        showEffect(dialog, 3); // a meter
-        int sound = 0;
-        for (const BoundParameter& parameter : panelOf(3))
-            if (parameter.row->kind == ParameterKind::PlayableSound)
-                sound = parameter.control;
+void expectAMissingFileInThePreview(HWND dialog) {
+    showEffect(dialog, 3); // a meter
+    const auto panel = panelOf(3);
+    const int sound = std::ranges::find_if(panel, [](const BoundParameter& parameter) {
+                          return parameter.row->kind == ParameterKind::PlayableSound;
+                      })->control;
+    const auto picture = [&](const std::string& path) {
+        SetDlgItemTextA(dialog, sound, path.c_str());
+        SendMessageA(dialog, WM_TIMER, 1, 0);
         const HWND preview = GetDlgItem(dialog, kControlPreview);
-        const auto picture = [&](const char* path) {
-            SetDlgItemTextA(dialog, sound, path);
-            SendMessageA(dialog, WM_TIMER, 1, 0);
-            const HDC screen = GetDC(preview);
-            const HDC dc = CreateCompatibleDC(screen);
-            const HBITMAP bitmap = CreateCompatibleBitmap(screen, 276, 200);
-            const HGDIOBJ old = SelectObject(dc, bitmap);
-            DRAWITEMSTRUCT item{ODT_STATIC, kControlPreview, 0, 0, 0, preview, dc, {0, 0, 276, 200}, 0};
+        const DRAWITEMSTRUCT whole{ODT_STATIC, kControlPreview, 0, 0, 0, preview, nullptr, {}, 0};
+        const auto pixels = dialog_script::pixelsOf(whole, {276, 200}, [dialog](const DRAWITEMSTRUCT& item) {
             SendMessageA(dialog, WM_DRAWITEM, kControlPreview, reinterpret_cast<LPARAM>(&item));
-            std::string pixels(276 * 200 * 4, '\0');
-            GetBitmapBits(bitmap, static_cast<LONG>(pixels.size()), pixels.data());
-            SelectObject(dc, old);
-            DeleteObject(bitmap);
-            DeleteDC(dc);
-            ReleaseDC(preview, screen);
-            char below[512] = ""; // where a meter says it, whose picture needs no file
-            GetDlgItemTextA(dialog, kControlSummary, below, sizeof below);
-            return pixels + below;
-        };
-        char program[MAX_PATH] = ""; // a file that is surely there
-        GetModuleFileNameA(nullptr, program, MAX_PATH);
-        const std::string there = picture(program);
-        const std::string missing = picture("C:\\nowhere\\a.wav");
-        EXPECT_NE(missing, there);
-        EXPECT_NE(missing, picture("C:\\nowhere\\b.wav")); // its name is part of the picture
-        EXPECT_NE(missing, picture(""));
-        EXPECT_NE(missing, picture(std::string(400, 'x').c_str()));
+        });
+        // Below it a meter says so, whose picture needs no file.
+        return std::pair(pixels, textOf(dialog, kControlSummary));
+    };
+    char program[MAX_PATH] = ""; // a file that is surely there
+    GetModuleFileNameA(nullptr, program, MAX_PATH);
+    const auto missing = picture("C:\\nowhere\\a.wav");
+    // The name of what is missing is part of it.
+    for (const std::string& other :
+         {std::string(program), std::string("C:\\nowhere\\b.wav"), std::string(), std::string(400, 'x')})
+        EXPECT_TRUE(missing != picture(other)) << other;
+}
+
+TEST_F(MainDialog, DefaultsSpaceAndMissingFiles) {
+    session([](HWND dialog) {
+        expectDefaultsOfTheRadarAlone(dialog);
+        expectSpaceOpensTheMarkers(dialog);
+        expectAMissingFileInThePreview(dialog);
     });
     EXPECT_EQ(pluginSettings().text(Setting::MainVUAnalogSquareSound), std::string(kTextLimit, 'x'));
-}
-
-TEST_F(MainDialog, SpaceInTheMarkerListOpensItsEditor) {
-    bool opened = false;
-    session([&](HWND dialog) {
-        showEffect(dialog, kRadar);
-        const HWND list = GetDlgItem(dialog, 348);
-        EXPECT_EQ(SendMessageA(dialog, WM_VKEYTOITEM, MAKEWPARAM(VK_DOWN, 0), reinterpret_cast<LPARAM>(list)), -1);
-        dialog_script::drive([&](HWND editor) { opened = editor != dialog; },
-                             [&] { return SendMessageA(list, WM_KEYDOWN, VK_SPACE, 0); });
-    });
-    EXPECT_TRUE(opened);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 // Sounds from file to loudspeaker: which files are read, what playing does with and without a device, and what the path
 // control and its choosers show. Files are written into a temporary folder of the test's own.
-#include "base/gdi.h"
 #include "base/module.h"
 #include "dialog_script.h"
 #include "host/message_box.h"
@@ -13,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <functional>
 #include <random>
 #include <string>
 
@@ -27,10 +25,6 @@ using namespace veldran;
 // Unsigned bytes of silence at 8 kHz.
 std::string silence(std::size_t samples) {
     return riff(chunk("fmt ", formatBody(1)) + chunk("data", std::string(samples, '\x80')));
-}
-
-std::string childText(HWND dialog, int control) {
-    return dialog_script::textOf(GetDlgItem(dialog, control));
 }
 
 constexpr int kPathControl = 100;
@@ -64,7 +58,7 @@ protected:
         return folder_ + name;
     }
 
-    std::string textOf(int control) const { return childText(window_, control); }
+    std::string textOf(int control) const { return dialog_script::textOf(window_, control); }
 
     std::string folder_;
     HWND window_ = nullptr;
@@ -103,10 +97,9 @@ TEST_F(Sound, FilesAreReadAndMeasuredOrLeaveNothing) {
             const WaveSound sound = readWaveFile(path);
             ASSERT_EQ(static_cast<bool>(sound), c.dataBytes >= 0) << c.what;
             if (const LockedBlock locked(sound.block.get()); locked) {
-                const auto samplesRead = samplesOf(locked, sound.dataBytes);
-                EXPECT_EQ(std::string(samplesRead.begin(), samplesRead.end()),
-                          std::string("abcdefg", static_cast<std::size_t>(c.dataBytes)))
-                    << c.what;
+                const auto read = samplesOf(locked, sound.dataBytes);
+                EXPECT_EQ(std::string(read.begin(), read.end()), std::string("abcdefg").substr(0, sound.dataBytes));
+                EXPECT_EQ(static_cast<int>(sound.dataBytes), c.dataBytes) << c.what;
                 EXPECT_EQ(formatOf(locked).bitsPerSample, c.bits) << c.what;
             }
             for (const SoundMeasure measure : {SoundMeasure::Levels, SoundMeasure::Spectrum})
@@ -223,40 +216,16 @@ TEST_F(Sound, PlaysToTheEndAndOnceMore) {
     EXPECT_EQ(textOf(kPlayButton), "Play");
 }
 
-// Calls `act` with each dialog that opens during the object's life, from the dialog's own message loop.
-class DialogWatcher {
-public:
-    explicit DialogWatcher(std::function<void(HWND)> act) {
-        action() = std::move(act);
-        timer_ = SetTimer(nullptr, 0, 10, onTick);
-    }
-    ~DialogWatcher() { KillTimer(nullptr, timer_); }
-
-private:
-    static std::function<void(HWND)>& action() {
-        static std::function<void(HWND)> function;
-        return function;
-    }
-    static BOOL CALLBACK visit(HWND window, LPARAM) {
-        char name[16] = "";
-        GetClassNameA(window, name, static_cast<int>(sizeof name));
-        if (std::string(name) != "#32770" || !IsWindowVisible(window))
-            return TRUE;
-        action()(window);
-        return FALSE;
-    }
-    static void CALLBACK onTick(HWND, UINT, UINT_PTR, DWORD) { EnumThreadWindows(GetCurrentThreadId(), visit, 0); }
-    UINT_PTR timer_;
-};
-
 // What the message says that `act` shows; it is closed.
-std::string messageOf(int textControl, const std::function<void()>& act) {
+template <class Act>
+std::string messageOf(int textControl, Act act) {
     std::string text;
-    const DialogWatcher watcher([&](HWND dialog) {
-        text = childText(dialog, textControl);
-        PostMessageA(dialog, WM_COMMAND, IDOK, 0);
-    });
-    act();
+    dialog_script::drive(
+        [&](HWND dialog) {
+            text = dialog_script::textOf(dialog, textControl);
+            PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+        },
+        act);
     return text;
 }
 
@@ -285,26 +254,23 @@ HWND previewOf(HWND dialog) {
 
 TEST_F(Sound, ChooserShowsFiguresAndLeavesNothing) {
     const std::string path = write(silence(12000));
-    SetDlgItemTextA(window_, kPathControl, path.c_str());
     std::string status;
-    int answer = IDCANCEL;
-    const DialogWatcher watcher([&](HWND dialog) {
-        status = childText(previewOf(dialog), SOUND_STATUS);
-        PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(answer), 0);
-    });
-    EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
+    const auto choose = [&](const std::string& text, int answer) {
+        SetDlgItemTextA(window_, kPathControl, text.c_str());
+        return dialog_script::drive(
+            [&](HWND dialog) {
+                status = dialog_script::textOf(previewOf(dialog), SOUND_STATUS);
+                PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+            },
+            [this] { return choosePath(window_, kPathControl, PathKind::Sound); });
+    };
+    EXPECT_FALSE(choose(path, IDCANCEL));
     EXPECT_EQ(status, "Mono, 8.0 kHz, 00:01.50");
-    answer = IDOK;
-    SetDlgItemTextA(window_, kPathControl, (folder_ + ".\\a.wav").c_str()); // the same file, named otherwise
-    EXPECT_TRUE(choosePath(window_, kPathControl, PathKind::Sound));
+    EXPECT_TRUE(choose(folder_ + ".\\a.wav", IDOK)); // the same file, named otherwise
     EXPECT_EQ(textOf(kPathControl), path);
-    SetDlgItemTextA(window_, kPathControl, "no|name?*");
-    answer = IDCANCEL;
-    EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
-    const object_count::Growth growth =
-        object_count::leastGrowth(2, 5, [this] { EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound)); });
-    EXPECT_LE(growth.drawing, 0);
-    EXPECT_LE(growth.user, 0);
+    const auto cancel = [&] { EXPECT_FALSE(choose("no|name?*", IDCANCEL)); };
+    cancel();
+    EXPECT_FALSE(object_count::leavesObjects(2, 5, cancel));
     EXPECT_EQ(textOf(kPathControl), "no|name?*");
 }
 
@@ -312,51 +278,38 @@ TEST_F(Sound, PreviewLoopsUntilItIsToldNotTo) {
     if (waveOutGetNumDevs() == 0)
         GTEST_SKIP() << "no output device";
     SetDlgItemTextA(window_, kPathControl, write(silence(800)).c_str());
-    DWORD start = 0;
     std::string seen; // "S" for each look at a preview that plays, "P" for one that does not
-    const DialogWatcher watcher([&](HWND dialog) {
+    const auto listen = [&](HWND dialog) {
         const HWND hook = previewOf(dialog);
-        if (start == 0) {
-            start = GetTickCount();
-            CheckDlgButton(hook, SOUND_LOOP, BST_CHECKED);
-            SendDlgItemMessageA(hook, SOUND_PREVIEW, BM_CLICK, 0, 0);
+        CheckDlgButton(hook, SOUND_LOOP, BST_CHECKED);
+        SendDlgItemMessageA(hook, SOUND_PREVIEW, BM_CLICK, 0, 0);
+        const DWORD start = GetTickCount();
+        for (DWORD elapsed = 0; elapsed < 2500; elapsed = GetTickCount() - start) {
+            MSG message;
+            while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+                DispatchMessageA(&message);
+            if (elapsed > 1000)
+                CheckDlgButton(hook, SOUND_LOOP, BST_UNCHECKED);
+            const char now = dialog_script::textOf(hook, SOUND_PREVIEW) == "Sto&p" ? 'S' : 'P';
+            if (seen.empty() || seen.back() != now)
+                seen += now;
+            Sleep(10);
         }
-        const DWORD elapsed = GetTickCount() - start;
-        if (elapsed > 1000)
-            CheckDlgButton(hook, SOUND_LOOP, BST_UNCHECKED);
-        const char now = childText(hook, SOUND_PREVIEW) == "Sto&p" ? 'S' : 'P';
-        if (seen.empty() || seen.back() != now)
-            seen += now;
-        if (elapsed > 2500) {
-            SendDlgItemMessageA(hook, SOUND_PREVIEW, BM_CLICK, 0, 0);
-            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
-        }
-    });
-    EXPECT_FALSE(choosePath(window_, kPathControl, PathKind::Sound));
+        SendDlgItemMessageA(hook, SOUND_PREVIEW, BM_CLICK, 0, 0);
+    };
+    EXPECT_FALSE(dialog_script::drive(listen, [this] { return choosePath(window_, kPathControl, PathKind::Sound); }));
     EXPECT_EQ(seen, "SP"); // ten times its length and more, then to its end
 }
 
 TEST_F(Sound, PathControlTakesAnyTextAndState) {
-    const Bitmap bitmap(CreateBitmap(150, 21, 1, 32, nullptr));
-    const MemoryDc dc(CreateCompatibleDC(nullptr));
-    const Selected selected(dc.get(), bitmap.get());
     const auto draw = [&](UINT state, int width) {
-        DRAWITEMSTRUCT item{};
-        item.hwndItem = GetDlgItem(window_, kPathControl);
-        item.itemState = state;
-        item.hDC = dc.get();
-        item.rcItem = {0, 0, width, 21};
-        drawPathControl(item);
-        COLORREF sum = 0; // any difference of a pixel changes it
-        for (int y = 0; y < 21; ++y)
-            for (int x = 0; x < width; ++x)
-                sum = sum * 31 + GetPixel(dc.get(), x, y);
-        return sum;
+        const DRAWITEMSTRUCT item{ODT_BUTTON, 0, 0, 0, state, GetDlgItem(window_, kPathControl), nullptr, {}, 0};
+        return dialog_script::pixelsOf(item, {width, 21}, drawPathControl);
     };
     SetDlgItemTextA(window_, kPathControl, "C:\\one\\file.wav");
-    const COLORREF plain = draw(0, 150);
+    const auto plain = draw(0, 150);
     for (const UINT state : {ODS_SELECTED, ODS_FOCUS, ODS_DISABLED})
-        EXPECT_NE(draw(state, 150), plain) << state;
+        EXPECT_TRUE(draw(state, 150) != plain) << state;
     const int drawn = object_count::drawingObjects();
     for (const std::string& text : {std::string(), std::string("C:\\"), std::string(1000, 'm'), std::string("a&b")}) {
         SetDlgItemTextA(window_, kPathControl, text.c_str());

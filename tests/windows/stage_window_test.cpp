@@ -244,17 +244,18 @@ TEST_F(StageWindow, ChangesWhatTheFileSaysOfItsWhole) {
     command(ID_FORMAT_GIF);
     EXPECT_EQ(window_.view().shown().pixels[0], kTransparentPixel);
 
-    const auto change = [&](const char* plays, const char* threshold) {
+    const auto change = [&](const char* plays, const char* threshold, const std::function<void(HWND)>& press) {
         dialog_script::drive(
             [&](HWND dialog) {
                 CheckRadioButton(dialog, ID_FOREVER, ID_COUNTED, ID_COUNTED);
                 SetDlgItemTextA(dialog, ID_PLAYS, plays);
                 SetDlgItemTextA(dialog, ID_THRESHOLD, threshold);
-                SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+                press(dialog);
             },
             [&] { command(ID_FILE_OPTIONS); });
     };
-    change("3", "100");
+    const auto ok = [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDOK, 0); };
+    change("3", "100", ok);
     EXPECT_TRUE(window_.document().isModified);
     EXPECT_EQ(shown(StatusPart::Time), "0.10 s, 3 times");
     EXPECT_EQ(window_.view().shown().pixels[0], pixelOf({233, 155, 155})); // over white
@@ -264,18 +265,11 @@ TEST_F(StageWindow, ChangesWhatTheFileSaysOfItsWhole) {
     EXPECT_EQ(pictureOf(saved.frames[0]).pixels[0], pixelOf({233, 155, 155}));
 
     // What is no such number is told, and nothing changes.
-    std::vector<std::string> told;
     for (const auto& [plays, threshold] : {std::pair{"0", "100"}, {"65537", "100"}, {"2", "256"}, {"", "1"}})
-        dialog_script::drive(
-            [&](HWND dialog) {
-                CheckRadioButton(dialog, ID_FOREVER, ID_COUNTED, ID_COUNTED);
-                SetDlgItemTextA(dialog, ID_PLAYS, plays);
-                SetDlgItemTextA(dialog, ID_THRESHOLD, threshold);
-                told.push_back(boxOf([&] { SendMessageW(dialog, WM_COMMAND, IDOK, 0); }));
-            },
-            [&] { command(ID_FILE_OPTIONS); });
-    for (const std::string& text : told)
-        EXPECT_NE(text.find("Give a number from 1 to"), std::string::npos) << text;
+        change(plays, threshold, [&](HWND dialog) {
+            const std::string told = boxOf([&] { ok(dialog); });
+            EXPECT_NE(told.find("Give a number from 1 to"), std::string::npos) << told;
+        });
     EXPECT_EQ(window_.document().animation->plays, 3U);
     EXPECT_FALSE(window_.document().isModified);
 }
@@ -298,17 +292,15 @@ TEST_F(StageWindow, LeavesNoDrawingObjectsBehind) {
     ASSERT_TRUE(window_.open(written(folder_, "five.gif", numbered(5, 40))));
     command(ID_PLAY);
     window_.show();
-    const object_count::Growth growth = object_count::leastGrowth(3, 2, [&] {
+    EXPECT_FALSE(object_count::leavesObjects(3, 2, [&] {
         const RECT place{0, 0, 900, 700};
         for (const int dpi : {144, 96})
             SendMessageW(window_.window(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
         for (const int id : {ID_STEP_FORWARD, ID_ZOOM_IN, ID_ZOOM_OUT, ID_BACKDROP_BLACK, ID_SHOW_STRIP}) {
             command(id);
-            RedrawWindow(window_.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+            dialog_script::redraw(window_.window());
         }
-    });
-    EXPECT_LE(growth.drawing, 0);
-    EXPECT_LE(growth.user, 0);
+    }));
 }
 
 // Everything lies inside the window and beside each other, on monitors of any scaling.
