@@ -2,9 +2,9 @@
 // dialog's own message loop, as a person's input would.
 #include "recording_host.h"
 
-#include "instruments/effect_list.cpp" // NOLINT(bugprone-suspicious-include): nothing of the plugin is linked
+#include "instruments/effect_list.h"
 #include "settings/output_options.h"
-#include "settings/settings_table.cpp" // NOLINT(bugprone-suspicious-include)
+#include "settings/settings_table.h"
 #include "settings_folder.h"
 
 #include <algorithm>

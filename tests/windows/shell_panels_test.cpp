@@ -166,8 +166,10 @@ TEST_F(MainDialog, WhatIsEnteredAnywhereIsKept) {
             enter(dialog, parameter, entryFor(*parameter.row, index, before).text);
         });
         setColour(dialog, bezel, 0x123456);
+        showEffect(dialog, kRadar);
     });
     const auto expectKept = [&] {
+        EXPECT_EQ(pluginSettings().number(Setting::MainEffect), static_cast<std::uint32_t>(kRadar));
         forEachSetting([&](const BoundParameter& parameter, int index) {
             EXPECT_EQ(keptValue(parameter.row->setting), entryFor(*parameter.row, index, before).kept)
                 << settingRow(parameter.row->setting).key;
