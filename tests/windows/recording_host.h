@@ -2,7 +2,7 @@
 // copy of everything that it sends. Knows the plugin by its binary interface and its control identities alone.
 #pragma once
 
-#include "host/plugin_abi.h"
+#include "abi/plugin_abi.h"
 
 #include <cstdint>
 #include <functional>
