@@ -3,15 +3,15 @@
 // takes, is measured with its parts linked in.
 #include "bench.h"
 
-#include "base/module.h"
-#include "core/output_file.h"
-#include "host/plugin_abi.h"
+#include "abi/plugin_abi.h"
+#include "base/output_file.h"
+#include "base/windows/module.h"
 #include "instruments/effect_list.h"
-#include "instruments/frame_loop.h"
+#include "instruments/windows/frame_loop.h"
 #include "settings/output_options.h"
-#include "ui/main_dialog.h"
-#include "ui/plugin_fonts.h"
-#include "windows/render.h"
+#include "ui/windows/main_dialog.h"
+#include "ui/windows/plugin_fonts.h"
+#include "windows/plugin/render.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,8 +1,8 @@
 // Palettes, remapping, supercompression.
 #include "bench.h"
 
-#include "host/quantizer.h"
-#include "host/remap.h"
+#include "colour/quantizer.h"
+#include "colour/remap.h"
 
 #include <stdexcept>
 

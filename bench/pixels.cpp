@@ -3,7 +3,7 @@
 
 #include "render/bezel.h"
 #include "render/blend.h"
-#include "render/glow.h"
+#include "render/light/glow.h"
 #include "render/resample.h"
 #include "render/scale_grid.h"
 

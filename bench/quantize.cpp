@@ -3,8 +3,8 @@
 // compared on the same frames.
 #include "bench.h"
 
-#include "host/quantizer.h"
-#include "host/remap.h"
+#include "colour/quantizer.h"
+#include "colour/remap.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -19,18 +19,16 @@ unformatted=$(printf '%s\n' "$sources" | xargs clang-format --dry-run -Werror 2>
 [ -z "$unformatted" ] || complain "Not formatted; mend with: clang-format -i" "$unformatted"
 
 # Drawing objects are selected and deleted by their owners alone; the canvas is one.
-raw=$(printf '%s\n' "$sources" | grep '^src/' | grep -vxE 'src/base/gdi\.h|src/render/canvas\.cpp' |
+raw=$(printf '%s\n' "$sources" | grep '^src/' | grep -vxE 'src/base/windows/gdi\.h|src/render/windows/canvas\.cpp' |
     xargs grep -nE '\b(SelectObject|DeleteObject)\(')
-[ -z "$raw" ] || complain "Use the owners of src/base/gdi.h instead of:" "$raw"
+[ -z "$raw" ] || complain "Use the owners of src/base/windows/gdi.h instead of:" "$raw"
 
 # Global memory is allocated, resized and freed in one file; the canvas frees its own block.
-raw=$(printf '%s\n' "$sources" | grep '^src/' | grep -vxE 'src/base/global_block\.(h|cpp)|src/render/canvas\.cpp' |
+raw=$(printf '%s\n' "$sources" | grep '^src/' | grep -vxE 'src/base/windows/global_block\.(h|cpp)|src/render/windows/canvas\.cpp' |
     xargs grep -nE '\bGlobal(Alloc|ReAlloc|Free|Lock|Unlock)\(')
-[ -z "$raw" ] || complain "Use src/base/global_block.h instead of:" "$raw"
+[ -z "$raw" ] || complain "Use src/base/windows/global_block.h instead of:" "$raw"
 
-# The host knows the plugin by its binary interface alone.
-foreign=$(printf '%s\n' "$sources" | grep '^stage/' |
-    xargs grep -nE '#include "(base|host|instruments|render|settings|ui|resources)/' | grep -v '"host/plugin_abi.h"')
-[ -z "$foreign" ] || complain "stage may include host/plugin_abi.h only:" "$foreign"
+# Rooms stand on each other in an order, and only what lies in a folder `windows` knows Windows.
+found=$(python3 tests/rooms.py) || complain "Includes against the order of tests/rooms.py:" "$found"
 
 exit $status

@@ -1,7 +1,7 @@
 // Delays of instruments that run in real time. Core: knows no windows.
 #pragma once
 
-#include "host/plugin_abi.h"
+#include "abi/plugin_abi.h"
 
 #include <cstdint>
 

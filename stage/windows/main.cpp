@@ -1,19 +1,19 @@
 // stage: a window for people, and a command line for scripts.
 // Knows the verbs only; everything else is in its own file.
-#include "core/animation_reader.h"
-#include "core/arguments.h"
-#include "core/batch.h"
-#include "core/failure.h"
-#include "core/output_file.h"
-#include "core/report.h"
-#include "windows/console.h"
-#include "windows/crash_report.h"
-#include "windows/main_window.h"
-#include "windows/plugin_library.h"
-#include "windows/render.h"
-#include "windows/screen_scale.h"
-#include "windows/wide_text.h"
-#include "windows/window_class.h"
+#include "base/failure.h"
+#include "base/output_file.h"
+#include "commands/arguments.h"
+#include "commands/batch.h"
+#include "commands/report.h"
+#include "formats/animation_reader.h"
+#include "windows/main_window/main_window.h"
+#include "windows/plugin/crash_report.h"
+#include "windows/plugin/plugin_library.h"
+#include "windows/plugin/render.h"
+#include "windows/system/console.h"
+#include "windows/system/screen_scale.h"
+#include "windows/system/wide_text.h"
+#include "windows/system/window_class.h"
 
 #include <new>
 

@@ -1,5 +1,5 @@
 // The alien land and the view of it: rings, seeds, heights, a flight that never touches ground, what a view covers.
-#include "instruments/alien_view.h"
+#include "instruments/scenes/alien_view.h"
 #include "raster.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // Arcs as lines, before anything is drawn: ends, bounds, seeds, periods, the ladder's climbs; and light on pixels.
-#include "instruments/jacobs_ladder_model.h"
-#include "instruments/plasma_arc_model.h"
+#include "instruments/scenes/jacobs_ladder_model.h"
+#include "instruments/scenes/plasma_arc_model.h"
 #include "raster.h"
 
 #include <gtest/gtest.h>

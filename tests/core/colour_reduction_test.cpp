@@ -1,11 +1,11 @@
 // From true colour to palette images: built-in and adaptive palettes, reserved slots, remapping, dithering, change
 // masks. Random pictures come from a generator whose numbers the C++ standard fixes, so every run sees the same ones.
 // Checksums are CRC-32 of all 768 bytes, computed by a script that builds the palettes on its own.
-#include "host/colour_histogram.h"
-#include "host/palette.h"
-#include "host/palette_plan.h"
-#include "host/quantizer.h"
-#include "host/remap.h"
+#include "colour/colour_histogram.h"
+#include "colour/palette.h"
+#include "colour/palette_plan.h"
+#include "colour/quantizer.h"
+#include "colour/remap.h"
 #include "pictures.h"
 
 #include <gtest/gtest.h>

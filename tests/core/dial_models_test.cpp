@@ -1,13 +1,13 @@
 // The numbers of dials and clocks: tachometer, altimeter, needles, countdown, stopwatch and radar. Computed by scripts
 // or by hand; the radar has its own pi of 3.14159. Draws nothing but the runs of shapes that hands and sweeps are made
 // of.
-#include "instruments/altimeter_model.h"
-#include "instruments/countdown_model.h"
-#include "instruments/needle_meter_model.h"
-#include "instruments/radar_model.h"
+#include "instruments/dials/altimeter_model.h"
+#include "instruments/dials/stopwatch_model.h"
+#include "instruments/dials/tachometer_model.h"
+#include "instruments/displays/countdown_model.h"
+#include "instruments/meters/needle_meter_model.h"
+#include "instruments/scopes/radar_model.h"
 #include "instruments/shape_runs.h"
-#include "instruments/stopwatch_model.h"
-#include "instruments/tachometer_model.h"
 #include "raster.h"
 #include "render/blend.h"
 #include "render/colour.h"

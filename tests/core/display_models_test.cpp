@@ -2,11 +2,11 @@
 // of Windows' C runtime; bubbles, colours of the cycle and curves were computed by a script, the rest by hand. Draws
 // nothing.
 #include "base/runtime_random.h"
-#include "instruments/bar_graph_model.h"
-#include "instruments/bubble_model.h"
-#include "instruments/data_pad_model.h"
-#include "instruments/lissajous_model.h"
-#include "instruments/scope_face_model.h"
+#include "instruments/displays/bar_graph_model.h"
+#include "instruments/displays/data_pad_model.h"
+#include "instruments/scenes/bubble_model.h"
+#include "instruments/scopes/lissajous_model.h"
+#include "instruments/scopes/scope_face_model.h"
 
 #include <gtest/gtest.h>
 

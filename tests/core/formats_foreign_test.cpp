@@ -1,12 +1,12 @@
 // Files from other hands, put together after the formats' standards: forms that the writers here do not use, and files
 // that were cut off or made to harm, which are refused with a message.
-#include "core/animation_reader.h"
-#include "core/animation_writer.h"
-#include "core/deflate.h"
-#include "core/failure.h"
-#include "core/frame_canvas.h"
-#include "core/picture.h"
-#include "core/png_coding.h"
+#include "base/failure.h"
+#include "document/picture.h"
+#include "formats/animation_reader.h"
+#include "formats/animation_writer.h"
+#include "formats/frame_canvas.h"
+#include "formats/png/deflate.h"
+#include "formats/png/png_coding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // LEDs and tuning tubes against the levels they stand for: how many are lit, in which colour, how wide the shadow is;
 // light beside what is lit; scales and the places of everything on a meter.
-#include "instruments/eye_tube.h"
-#include "instruments/led_meter_model.h"
+#include "instruments/meters/eye_tube.h"
+#include "instruments/meters/led_meter_model.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 // check sums and compression.
 #pragma once
 
-#include "core/png_coding.h"
+#include "formats/png/png_coding.h"
 
 #include <zlib.h>
 

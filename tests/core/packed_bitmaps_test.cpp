@@ -1,9 +1,9 @@
 // Packed bitmaps and their three readers: of the plugin's own (viewPackedBitmap), of those that hosts hand over
 // (ForeignBitmap) and of what the bundled host takes from the plugin (unpackBitmap); and the records in which bitmaps
 // of the artwork are packed. Hostile ones included.
+#include "base/failure.h"
 #include "bitmap_bytes.h"
-#include "core/failure.h"
-#include "core/packed_bitmap.h"
+#include "document/packed_bitmap.h"
 #include "record_bytes.h"
 #include "render/foreign_bitmap.h"
 #include "render/packed_record.h"

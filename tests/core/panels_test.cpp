@@ -1,7 +1,7 @@
 // Parameters and the table of instruments: ranges of fields, the control identities that dialogs and scripts count on,
 // and the help document, which has a topic for each panel and tells of every control with the range that it allows.
 #include "instruments/effect_list.h"
-#include "instruments/radar_model.h"
+#include "instruments/scopes/radar_model.h"
 #include "settings/output_options.h"
 #include "ui/help_topics.h"
 

@@ -1,7 +1,7 @@
 // Small pictures and animations that own their pixels, for tests of what is done to frames.
 #pragma once
 
-#include "host/palette.h"
+#include "colour/palette.h"
 #include "render/image_view.h"
 
 #include <deque>

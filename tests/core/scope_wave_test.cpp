@@ -1,5 +1,5 @@
 // Waves of sounds and the light of a beam that draws them. Samples are small enough to be worked out by hand.
-#include "instruments/scope_wave.h"
+#include "instruments/scopes/scope_wave.h"
 #include "raster.h"
 #include "wave_bytes.h"
 

@@ -1,8 +1,8 @@
 // What trace instruments dress their screens with: blur, glow, bezel, mask, scale grid.
 #include "raster.h"
 #include "render/bezel.h"
-#include "render/glow.h"
-#include "render/light_loops.h"
+#include "render/light/glow.h"
+#include "render/light/light_loops.h"
 #include "render/scale_grid.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // What a viewer shows of an animation, however a file divides it into frames: for tests of what is written and read.
 #pragma once
 
-#include "core/animation.h"
-#include "core/picture.h"
+#include "document/animation.h"
+#include "document/picture.h"
 
 #include <vector>
 

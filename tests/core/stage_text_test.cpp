@@ -1,13 +1,13 @@
 // What the host understands of words: the plugin's list of effects, the command line, values of settings, and what it
 // says back. Damaged lists and hostile values must be refused, not believed.
-#include "core/arguments.h"
-#include "core/batch.h"
-#include "core/effect_catalog.h"
-#include "core/failure.h"
-#include "core/json.h"
-#include "core/report.h"
-#include "core/setting_value.h"
-#include "core/settings_text.h"
+#include "base/failure.h"
+#include "base/json.h"
+#include "commands/arguments.h"
+#include "commands/batch.h"
+#include "commands/effect_catalog.h"
+#include "commands/report.h"
+#include "commands/setting_value.h"
+#include "commands/settings_text.h"
 
 #include <gtest/gtest.h>
 

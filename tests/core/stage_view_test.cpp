@@ -1,9 +1,9 @@
 // What the window works out before it draws: the frame that is due, zooming and scrolling, pixels on the screen, texts.
-#include "core/document.h"
-#include "core/file_sizes.h"
-#include "core/playback_clock.h"
-#include "core/screen_picture.h"
-#include "core/steps.h"
+#include "document/document.h"
+#include "formats/file_sizes.h"
+#include "formats/steps.h"
+#include "view/playback_clock.h"
+#include "view/screen_picture.h"
 
 #include <gtest/gtest.h>
 

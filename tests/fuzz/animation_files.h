@@ -4,9 +4,9 @@
 #include "fuzz_target.h"
 #include "shown_pictures.h"
 
-#include "core/animation_reader.h"
-#include "core/animation_writer.h"
-#include "core/failure.h"
+#include "base/failure.h"
+#include "formats/animation_reader.h"
+#include "formats/animation_writer.h"
 
 #include <optional>
 #include <set>

@@ -2,7 +2,7 @@
 // frames, plays, then for each frame its delay and the areas that change in it, a byte that is missing being 0.
 #include "animation_files.h"
 
-#include "core/png_coding.h"
+#include "formats/png/png_coding.h"
 
 #include <array>
 #include <random>

@@ -1,9 +1,9 @@
 // Batch files, and their lines as command lines.
 #include "fuzz_target.h"
 
-#include "core/arguments.h"
-#include "core/batch.h"
-#include "core/failure.h"
+#include "base/failure.h"
+#include "commands/arguments.h"
+#include "commands/batch.h"
 
 #include <optional>
 

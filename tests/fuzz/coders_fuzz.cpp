@@ -2,8 +2,8 @@
 // is coded.
 #include "fuzz_target.h"
 
-#include "core/deflate.h"
-#include "core/lzw.h"
+#include "formats/gif/lzw.h"
+#include "formats/png/deflate.h"
 
 #include <zlib.h>
 

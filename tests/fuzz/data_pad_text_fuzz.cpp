@@ -1,7 +1,7 @@
 // The page of text that the data pad scrolls. Bytes: a frame, the text.
 #include "fuzz_target.h"
 
-#include "instruments/data_pad_model.h"
+#include "instruments/displays/data_pad_model.h"
 
 using namespace veldran;
 using fuzz::mustHold;

@@ -2,8 +2,8 @@
 // Three readers take different kinds; where two take the same they must see the same.
 #include "fuzz_target.h"
 
-#include "core/failure.h"
-#include "core/packed_bitmap.h"
+#include "base/failure.h"
+#include "document/packed_bitmap.h"
 #include "render/foreign_bitmap.h"
 #include "render/image_view.h"
 

@@ -1,7 +1,7 @@
 // The radar markers' file and its lines.
 #include "fuzz_target.h"
 
-#include "instruments/radar_model.h"
+#include "instruments/scopes/radar_model.h"
 #include "settings/marker_lines.h"
 
 using namespace veldran;

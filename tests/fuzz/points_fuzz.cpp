@@ -2,8 +2,8 @@
 // a byte for each of a number of edits and their places, text.
 #include "fuzz_target.h"
 
-#include "instruments/altimeter_model.h"
-#include "instruments/tachometer_model.h"
+#include "instruments/dials/altimeter_model.h"
+#include "instruments/dials/tachometer_model.h"
 #include "settings/data_points.h"
 
 #include <cmath>

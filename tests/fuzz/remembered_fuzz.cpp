@@ -2,8 +2,8 @@
 // the plugin and back into a file.
 #include "fuzz_target.h"
 
-#include "core/remembered.h"
-#include "core/settings_text.h"
+#include "commands/settings_text.h"
+#include "document/remembered.h"
 #include "settings/settings_file.h"
 
 #include <fstream>

@@ -6,9 +6,9 @@
 #include "shown_pictures.h"
 #include "wave_bytes.h"
 
-#include "core/animation_writer.h"
-#include "core/arguments.h"
-#include "core/lzw.h"
+#include "commands/arguments.h"
+#include "formats/animation_writer.h"
+#include "formats/gif/lzw.h"
 #include "settings/settings_file.h"
 
 #include <cstring>

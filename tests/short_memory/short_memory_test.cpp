@@ -1,7 +1,7 @@
 // Palettes and remapping when memory runs out: this program's operator new can be told to fail.
-#include "host/palette_plan.h"
-#include "host/quantizer.h"
-#include "host/remap.h"
+#include "colour/palette_plan.h"
+#include "colour/quantizer.h"
+#include "colour/remap.h"
 #include "pictures.h"
 
 #include <gtest/gtest.h>

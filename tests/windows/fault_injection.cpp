@@ -5,7 +5,7 @@
 
 #include "extent.h"
 
-#include "windows/import_patch.h"
+#include "windows/plugin/import_patch.h"
 
 #include <algorithm>
 #include <cstdio>

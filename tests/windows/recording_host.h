@@ -2,8 +2,8 @@
 // copy of everything that it sends. Knows the plugin by its binary interface and its control identities alone.
 #pragma once
 
+#include "abi/plugin_abi.h"
 #include "dialog_script.h"
-#include "host/plugin_abi.h"
 
 #include <cstdint>
 #include <functional>

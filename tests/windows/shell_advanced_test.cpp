@@ -1,13 +1,13 @@
 // The advanced dialog as a person uses it: opened for real and driven from a timer inside its modal loop. Also push
 // buttons of every look, and what the host is asked when help is wanted.
-#include "base/module.h"
+#include "base/windows/module.h"
 #include "dialog_script.h"
 #include "object_count.h"
-#include "settings/settings_store.h"
-#include "ui/advanced_dialog.h"
-#include "ui/help.h"
-#include "ui/push_button.h"
-#include "ui/text_scale.h"
+#include "settings/windows/settings_store.h"
+#include "ui/windows/controls/push_button.h"
+#include "ui/windows/editors/advanced_dialog.h"
+#include "ui/windows/help.h"
+#include "ui/windows/text_scale.h"
 
 #include <gtest/gtest.h>
 

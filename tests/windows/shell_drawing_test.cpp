@@ -1,11 +1,11 @@
 // The shell's drawing parts, called directly: canvases and refusals.
 // Small odd sizes, and every pixel looked at.
-#include "base/module.h"
+#include "base/windows/module.h"
 #include "object_count.h"
-#include "render/canvas.h"
-#include "render/frame_image.h"
-#include "render/packed_image.h"
-#include "render/shape_mask.h"
+#include "render/windows/canvas.h"
+#include "render/windows/frame_image.h"
+#include "render/windows/packed_image.h"
+#include "render/windows/shape_mask.h"
 
 #include <gtest/gtest.h>
 

@@ -1,17 +1,17 @@
 // The editors as a person uses them: opened for real, driven by messages from a timer inside their modal loop. Also the
 // curve control and the markers' file.
-#include "base/file.h"
-#include "base/module.h"
+#include "base/windows/file.h"
+#include "base/windows/module.h"
 #include "dialog_script.h"
 #include "object_count.h"
 #include "resources/resource_ids.h"
-#include "settings/marker_store.h"
-#include "settings/parameter_reader.h"
+#include "settings/windows/marker_store.h"
+#include "settings/windows/parameter_reader.h"
 #include "settings_folder.h"
-#include "ui/curve_control.h"
-#include "ui/data_point_editor.h"
-#include "ui/marker_editor.h"
-#include "ui/text_scale.h"
+#include "ui/windows/controls/curve_control.h"
+#include "ui/windows/editors/data_point_editor.h"
+#include "ui/windows/editors/marker_editor.h"
+#include "ui/windows/text_scale.h"
 
 #include <gtest/gtest.h>
 

@@ -1,19 +1,19 @@
 // The main dialog with all its panels, as a person uses it: layout at every text size, what is entered and what is kept
 // of it, what no dialog should ever be given.
-#include "base/module.h"
-#include "base/visual_styles.h"
+#include "base/windows/module.h"
+#include "base/windows/visual_styles.h"
 #include "dialog_script.h"
 #include "instruments/effect_list.h"
 #include "settings/curve_points.h"
 #include "settings/output_options.h"
-#include "settings/parameter_reader.h"
-#include "settings/settings_store.h"
+#include "settings/windows/parameter_reader.h"
+#include "settings/windows/settings_store.h"
 #include "settings_folder.h"
-#include "ui/curve_control.h"
-#include "ui/main_dialog.h"
-#include "ui/panel.h"
-#include "ui/plugin_fonts.h"
-#include "ui/text_scale.h"
+#include "ui/windows/controls/curve_control.h"
+#include "ui/windows/main_dialog.h"
+#include "ui/windows/panel.h"
+#include "ui/windows/plugin_fonts.h"
+#include "ui/windows/text_scale.h"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
 // Sounds from file to loudspeaker: which files are read, what playing does with and without a device, and what the path
 // control and its choosers show. Files are written into a temporary folder of the test's own.
-#include "base/module.h"
+#include "base/windows/module.h"
 #include "dialog_script.h"
-#include "host/message_box.h"
+#include "host/windows/message_box.h"
 #include "object_count.h"
-#include "sound/sound_file.h"
-#include "sound/wave_player.h"
+#include "sound/windows/sound_file.h"
+#include "sound/windows/wave_player.h"
 #include "sound_bytes.h"
-#include "ui/path_control.h"
+#include "ui/windows/controls/path_control.h"
 
 #include <gtest/gtest.h>
 

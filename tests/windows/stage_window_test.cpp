@@ -1,8 +1,8 @@
 // The host's window, opened for real and driven by messages as by a person: files, frames, playing, the plugin's
 // dialog, and what happens when something is wrong.
-#include "core/animation_reader.h"
-#include "core/output_file.h"
-#include "windows/main_window.h"
+#include "base/output_file.h"
+#include "formats/animation_reader.h"
+#include "windows/main_window/main_window.h"
 #include "windows/window_ids.h"
 
 #include "dialog_script.h"

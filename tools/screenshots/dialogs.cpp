@@ -1,13 +1,13 @@
 // Opens the main dialog with each effect, then the dialogs that it opens, at each text size, and writes a picture of
 // every one: screenshots FOLDER. Works through a timer while the dialogs run their own loops; never builds anything.
-#include "base/module.h"
-#include "base/visual_styles.h"
+#include "base/windows/module.h"
+#include "base/windows/visual_styles.h"
 #include "instruments/effect_list.h"
 #include "settings/output_options.h"
-#include "ui/main_dialog.h"
-#include "ui/panel.h"
-#include "ui/plugin_fonts.h"
-#include "ui/text_scale.h"
+#include "ui/windows/main_dialog.h"
+#include "ui/windows/panel.h"
+#include "ui/windows/plugin_fonts.h"
+#include "ui/windows/text_scale.h"
 
 #include "photograph.h"
 

@@ -1,7 +1,7 @@
 // Copying from the screen; see the header.
 #include "photograph.h"
 
-#include "base/gdi.h"
+#include "base/windows/gdi.h"
 
 #include <fstream>
 #include <vector>

@@ -1,7 +1,7 @@
 // Opens the host's window and writes a picture of it in each of the states that a person meets, at two scalings:
 // window_screenshots FOLDER RADAR QUICK. RADAR is an animation that the plugin made, QUICK one that browsers slow down.
-#include "windows/main_window.h"
-#include "windows/screen_scale.h"
+#include "windows/main_window/main_window.h"
+#include "windows/system/screen_scale.h"
 #include "windows/window_ids.h"
 
 #include "photograph.h"
