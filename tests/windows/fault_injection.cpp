@@ -14,6 +14,7 @@
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 
@@ -198,15 +199,16 @@ struct Failing<kName, kKind, kRole, kFailure, Result(Arguments...)> {
     }
 };
 
-template <Name kName, Kind kKind, class Signature>
+// What is given back is the argument with that number.
+template <Name kName, Kind kKind, std::size_t kArgument, class Signature>
 struct Releasing;
 
-template <Name kName, Kind kKind, class Result, class Handle>
-struct Releasing<kName, kKind, Result(Handle)> {
-    static inline Result (*original)(Handle) = nullptr;
-    static Result call(Handle handle) {
-        released(kKind, handle);
-        return original(handle);
+template <Name kName, Kind kKind, std::size_t kArgument, class Result, class... Arguments>
+struct Releasing<kName, kKind, kArgument, Result(Arguments...)> {
+    static inline Result (*original)(Arguments...) = nullptr;
+    static Result call(Arguments... arguments) {
+        released(kKind, std::get<kArgument>(std::tie(arguments...)));
+        return original(arguments...);
     }
 };
 
@@ -293,16 +295,6 @@ BOOL WINAPI endPaint(HWND window, const PAINTSTRUCT* paint) {
     return EndPaint(window, paint);
 }
 
-int WINAPI releaseDc(HWND window, HDC dc) {
-    released(Kind::Window, dc);
-    return ReleaseDC(window, dc);
-}
-
-MMRESULT WINAPI closeMedia(HMMIO file, UINT flags) {
-    released(Kind::File, file);
-    return mmioClose(file, flags);
-}
-
 // Nothing can go on after a crash.
 void end(const char* how, DWORD64 at) {
     std::printf("The plugin %s (at +%llx) after call %llu, %s, had failed\n", how, at - state->first,
@@ -326,105 +318,77 @@ LONG CALLBACK onException(EXCEPTION_POINTERS* pointers) {
 }
 
 struct Row {
-    const char* library;
     const char* function;
     void* replacement;
     void (*setOriginal)(void*) = nullptr;
 };
 
 template <class Watched>
-Row row(const char* library, const char* function) {
-    return {library, function, reinterpret_cast<void*>(Watched::call),
+Row row(const char* function) {
+    return {function, reinterpret_cast<void*>(Watched::call),
             [](void* original) { Watched::original = reinterpret_cast<decltype(Watched::original)>(original); }};
 }
 
-#define FAILING(library, function, kind, role, failure)                                                                \
-    row<Failing<#function, Kind::kind, Role::role, failure, decltype(function)>>(library, #function)
-#define RELEASING(library, function, kind) row<Releasing<#function, Kind::kind, decltype(function)>>(library, #function)
-#define REPLACED(library, function, replacement)                                                                       \
-    Row {                                                                                                              \
-        library, #function, reinterpret_cast<void*>(replacement)                                                       \
-    }
+template <class Function>
+Row replaced(const char* function, Function* replacement) {
+    return {function, reinterpret_cast<void*>(replacement)};
+}
 
-const Row kRows[] = {
-    REPLACED("msvcrt.dll", abort, giveUp),
-    REPLACED("msvcrt.dll", malloc, allocate),
-    REPLACED("msvcrt.dll", calloc, allocateZeroed),
-    FAILING("msvcrt.dll", _aligned_malloc, Memory, Acquires, 0),
-    row<Reallocating>("msvcrt.dll", "realloc"),
-    REPLACED("msvcrt.dll", free, release),
-    RELEASING("msvcrt.dll", _aligned_free, Memory),
-    FAILING("kernel32.dll", GlobalAlloc, GlobalMemory, Acquires, 0),
-    REPLACED("kernel32.dll", GlobalReAlloc, reallocateGlobal),
-    REPLACED("kernel32.dll", GlobalFree, freeGlobal),
-    REPLACED("kernel32.dll", GlobalLock, lockGlobal),
-    RELEASING("kernel32.dll", GlobalUnlock, Lock),
-    FAILING("gdi32.dll", CreateCompatibleBitmap, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateCompatibleDC, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateDIBSection, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateFontA, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateFontIndirectA, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreatePen, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateRectRgnIndirect, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateRoundRectRgn, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", CreateSolidBrush, Drawing, Acquires, 0),
-    FAILING("gdi32.dll", BeginPath, Drawing, None, 0),
-    FAILING("gdi32.dll", SaveDC, Drawing, None, 0),
-    FAILING("gdi32.dll", SelectClipPath, Drawing, None, 0),
-    REPLACED("gdi32.dll", SelectObject, selectObject),
-    RELEASING("gdi32.dll", DeleteDC, Drawing),
-    RELEASING("gdi32.dll", DeleteObject, Drawing),
-    FAILING("user32.dll", CreateWindowExA, Window, None, 0),
-    FAILING("user32.dll", DialogBoxParamA, Window, None, -1),
-    FAILING("user32.dll", GetDC, Window, Acquires, 0),
-    FAILING("user32.dll", RegisterClassExA, Window, None, 0),
-    FAILING("user32.dll", SetPropA, Window, None, 0),
-    FAILING("user32.dll", SetTimer, Window, None, 0),
-    FAILING("comctl32.dll", SetWindowSubclass, Window, None, 0),
-    REPLACED("user32.dll", BeginPaint, beginPaint),
-    REPLACED("user32.dll", EndPaint, endPaint),
-    REPLACED("user32.dll", ReleaseDC, releaseDc),
-    FAILING("kernel32.dll", CreateActCtxA, Resource, Acquires, -1),
-    FAILING("kernel32.dll", ActivateActCtx, Resource, None, 0),
-    FAILING("kernel32.dll", FindResourceA, Resource, None, 0),
-    FAILING("kernel32.dll", LoadResource, Resource, None, 0),
-    FAILING("kernel32.dll", LockResource, Resource, None, 0),
-    FAILING("user32.dll", LoadStringA, Resource, None, 0),
-    RELEASING("kernel32.dll", ReleaseActCtx, Resource),
-    FAILING("kernel32.dll", CreateDirectoryA, File, None, 0),
-    FAILING("kernel32.dll", CreateFileA, File, Acquires, -1),
-    FAILING("kernel32.dll", FlushFileBuffers, File, None, 0),
-    FAILING("kernel32.dll", GetFileSizeEx, File, None, 0),
-    FAILING("kernel32.dll", MoveFileExA, File, None, 0),
-    FAILING("kernel32.dll", ReadFile, File, None, 0),
-    FAILING("kernel32.dll", WriteFile, File, None, 0),
-    FAILING("shell32.dll", SHGetPathFromIDListA, File, None, 0),
-    FAILING("shell32.dll", SHGetSpecialFolderLocation, File, None, static_cast<std::intptr_t>(E_OUTOFMEMORY)),
-    FAILING("winmm.dll", mmioAscend, File, None, MMIOERR_CANNOTSEEK),
-    FAILING("winmm.dll", mmioDescend, File, None, MMIOERR_CHUNKNOTFOUND),
-    FAILING("winmm.dll", mmioOpenA, File, Acquires, 0),
-    FAILING("winmm.dll", mmioRead, File, None, -1),
-    FAILING("winmm.dll", mmioSeek, File, None, -1),
-    RELEASING("kernel32.dll", CloseHandle, File),
-    REPLACED("winmm.dll", mmioClose, closeMedia),
-};
+#define FAILING(function, kind, role, failure)                                                                         \
+    row<Failing<#function, Kind::kind, Role::role, failure, decltype(function)>>(#function)
+#define RELEASING(function, kind, argument)                                                                            \
+    row<Releasing<#function, Kind::kind, argument, decltype(function)>>(#function)
 
-void run(Mode mode, const Act& act) {
+const std::pair<const char*, std::vector<Row>> kWatched[] = { // by library
+    {"msvcrt.dll",
+     {replaced("abort", giveUp), replaced("malloc", allocate), replaced("calloc", allocateZeroed),
+      FAILING(_aligned_malloc, Memory, Acquires, 0), row<Reallocating>("realloc"), replaced("free", release),
+      RELEASING(_aligned_free, Memory, 0)}},
+    {"kernel32.dll",
+     {FAILING(GlobalAlloc, GlobalMemory, Acquires, 0), replaced("GlobalReAlloc", reallocateGlobal),
+      replaced("GlobalFree", freeGlobal), replaced("GlobalLock", lockGlobal), RELEASING(GlobalUnlock, Lock, 0),
+      FAILING(CreateActCtxA, Resource, Acquires, -1), FAILING(ActivateActCtx, Resource, None, 0),
+      FAILING(FindResourceA, Resource, None, 0), FAILING(LoadResource, Resource, None, 0),
+      FAILING(LockResource, Resource, None, 0), RELEASING(ReleaseActCtx, Resource, 0),
+      FAILING(CreateDirectoryA, File, None, 0), FAILING(CreateFileA, File, Acquires, -1),
+      FAILING(FlushFileBuffers, File, None, 0), FAILING(GetFileSizeEx, File, None, 0),
+      FAILING(MoveFileExA, File, None, 0), FAILING(ReadFile, File, None, 0), FAILING(WriteFile, File, None, 0),
+      RELEASING(CloseHandle, File, 0)}},
+    {"gdi32.dll",
+     {FAILING(CreateCompatibleBitmap, Drawing, Acquires, 0), FAILING(CreateCompatibleDC, Drawing, Acquires, 0),
+      FAILING(CreateDIBSection, Drawing, Acquires, 0), FAILING(CreateFontA, Drawing, Acquires, 0),
+      FAILING(CreateFontIndirectA, Drawing, Acquires, 0), FAILING(CreatePen, Drawing, Acquires, 0),
+      FAILING(CreateRectRgnIndirect, Drawing, Acquires, 0), FAILING(CreateRoundRectRgn, Drawing, Acquires, 0),
+      FAILING(CreateSolidBrush, Drawing, Acquires, 0), FAILING(BeginPath, Drawing, None, 0),
+      FAILING(SaveDC, Drawing, None, 0), FAILING(SelectClipPath, Drawing, None, 0),
+      replaced("SelectObject", selectObject), RELEASING(DeleteDC, Drawing, 0), RELEASING(DeleteObject, Drawing, 0)}},
+    {"user32.dll",
+     {FAILING(CreateWindowExA, Window, None, 0), FAILING(DialogBoxParamA, Window, None, -1),
+      FAILING(GetDC, Window, Acquires, 0), FAILING(RegisterClassExA, Window, None, 0),
+      FAILING(SetPropA, Window, None, 0), FAILING(SetTimer, Window, None, 0), replaced("BeginPaint", beginPaint),
+      replaced("EndPaint", endPaint), RELEASING(ReleaseDC, Window, 1), FAILING(LoadStringA, Resource, None, 0)}},
+    {"comctl32.dll", {FAILING(SetWindowSubclass, Window, None, 0)}},
+    {"shell32.dll",
+     {FAILING(SHGetPathFromIDListA, File, None, 0),
+      FAILING(SHGetSpecialFolderLocation, File, None, static_cast<std::intptr_t>(E_OUTOFMEMORY))}},
+    {"winmm.dll",
+     {FAILING(mmioAscend, File, None, MMIOERR_CANNOTSEEK), FAILING(mmioDescend, File, None, MMIOERR_CHUNKNOTFOUND),
+      FAILING(mmioOpenA, File, Acquires, 0), FAILING(mmioRead, File, None, -1), FAILING(mmioSeek, File, None, -1),
+      RELEASING(mmioClose, File, 0)}}};
+
+// Whether the target was reached.
+bool run(Mode mode, const Act& act, const Call& target = {}) {
+    state->target = target;
     state->mode = mode;
     state->calls = 0;
     state->reached = false;
     state->bytesLeft = 0;
     act();
     state->mode = Mode::Idle;
+    return state->reached;
 }
 
 } // namespace
-
-const char* nameOf(Kind kind) {
-    constexpr const char* kNames[] = {"memory",  "global memory", "locks", "drawing objects",
-                                      "windows", "resources",     "files", "host commands"};
-    return kNames[static_cast<std::size_t>(kind)];
-}
 
 struct Injection::Patches {
     State books;
@@ -441,12 +405,13 @@ Injection::Injection(HMODULE plugin) : patches_(std::make_unique<Patches>()) {
     const auto* headers =
         reinterpret_cast<const IMAGE_NT_HEADERS64*>(reinterpret_cast<const BYTE*>(plugin) + dos->e_lfanew);
     state->last = state->first + headers->OptionalHeader.SizeOfImage;
-    for (const Row& row : kRows) {
-        const stage::ImportPatch& patch = patches_->imports.emplace_back(plugin, row.library, row.function,
-                                                                         row.replacement, stage::IfMissing::Refuse);
-        if (row.setOriginal != nullptr)
-            row.setOriginal(patch.original());
-    }
+    for (const auto& [library, rows] : kWatched)
+        for (const Row& row : rows) {
+            const stage::ImportPatch& patch = patches_->imports.emplace_back(plugin, library, row.function,
+                                                                             row.replacement, stage::IfMissing::Refuse);
+            if (row.setOriginal != nullptr)
+                row.setOriginal(patch.original());
+        }
     patches_->handler = AddVectoredExceptionHandler(1, onException);
 }
 
@@ -462,19 +427,14 @@ std::vector<Call> Injection::newPlaces(const Act& act) {
 }
 
 bool Injection::runFailing(const Call& call, const Act& act) {
-    state->target = call;
-    run(Mode::Failing, act);
-    return state->reached;
+    return run(Mode::Failing, act, call);
 }
 
 bool Injection::runShort(const Call& call, const Act& act) {
-    state->target = call;
-    run(Mode::Short, act);
-    return state->reached;
+    return run(Mode::Short, act, call);
 }
 
 std::vector<Call> Injection::runFailingNewPlaces(const Act& act, int step) {
-    state->target = {};
     state->step = isThorough_ ? 1 : step;
     run(Mode::FailingNewPlaces, act);
     state->step = 1;

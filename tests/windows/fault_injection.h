@@ -16,7 +16,6 @@ namespace faults {
 
 enum class Kind : int { Memory, GlobalMemory, Lock, Drawing, Window, Resource, File, Host };
 inline constexpr std::size_t kKinds = 8;
-const char* nameOf(Kind kind);
 
 // A call that can be made to fail: the `number`-th of a run among all watched ones, or with 0 the function's first.
 struct Call {

@@ -8,8 +8,6 @@
 #include "small_instruments.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
 
 namespace {
 
@@ -63,29 +61,6 @@ Session sessionWith(const SmallInstruments& instruments, std::vector<Step> steps
         return injection().hostFails(commandName(message.command).c_str());
     };
     return session;
-}
-
-// How many places were failed, by kind.
-struct Tally {
-    std::array<int, faults::kKinds> places{};
-
-    void add(const Call& call) { ++places[static_cast<std::size_t>(call.kind)]; }
-    void print(const std::string& title, double seconds) const {
-        int sum = 0;
-        std::string kinds;
-        for (std::size_t kind = 0; kind < places.size(); ++kind) {
-            sum += places[kind];
-            if (places[kind] != 0)
-                kinds +=
-                    ", " + std::string(faults::nameOf(static_cast<Kind>(kind))) + ' ' + std::to_string(places[kind]);
-        }
-        std::printf("%-32s %4d places in %4.1f s%s\n", title.c_str(), sum, seconds, kinds.c_str());
-        std::fflush(stdout);
-    }
-};
-
-double secondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 // Output options; what is not named is off.
@@ -170,7 +145,7 @@ void warmUp(const std::vector<faults::Act>& acts) {
 // One instrument under one set of options, in an open dialog.
 class Walk {
 public:
-    Walk(HWND dialog, const Options& options, Tally& tally) : dialog_(dialog), options_(options), tally_(tally) {
+    Walk(HWND dialog, const Options& options) : dialog_(dialog), options_(options) {
         warmUp({[this] { preview(); }, [this] { build(); }});
         build();
         healthy_ = takeRecording();
@@ -203,6 +178,8 @@ public:
         expectHealthyBuild();
     }
 
+    std::size_t failed() const { return failed_; } // places
+
     void playing() {
         walk([this] { play(); }, [this](const Call&) { EXPECT_EQ(takeRecording().faults, Texts{}); });
         preview();
@@ -222,9 +199,9 @@ private:
     void walk(const faults::Act& act, Check check) {
         const std::vector<Call> places = injection().newPlaces(act);
         takeRecording();
+        failed_ += places.size();
         for (const Call& call : places) {
             SCOPED_TRACE(std::string(options_.name) + ", call " + std::to_string(call.number) + ", " + call.function);
-            tally_.add(call);
             EXPECT_TRUE(injection().runFailing(call, act));
             check(call);
             EXPECT_EQ(injection().takeMisuses(), Texts{});
@@ -241,9 +218,9 @@ private:
 
     HWND dialog_;
     const Options& options_;
-    Tally& tally_;
     Recording healthy_;
     faults::Held held_{};
+    std::size_t failed_ = 0;
 };
 
 // The host refuses the last frame of a real build, which leaves the dialog open.
@@ -261,15 +238,10 @@ Session refusingLastFrames(Session session) {
     return session;
 }
 
-std::string effectName(HWND dialog) {
-    return textOf(GetDlgItem(dialog, kEffect));
-}
-
 // First of all, so that even the first exception of the process is thrown without memory.
 TEST(Faults, NothingIsThereFromSomePlaceOn) {
     const SmallInstruments instruments;
-    Tally tally;
-    const auto start = std::chrono::steady_clock::now();
+    int failed = 0;
     const Step step = [&](HWND dialog) {
         for (const int effect : {kLadder, kRadar, 2}) { // memory alone, drawing objects, a sound
             setChoice(dialog, kEffect, effect);
@@ -278,7 +250,7 @@ TEST(Faults, NothingIsThereFromSomePlaceOn) {
                 if (call.kind == Kind::Host)
                     continue; // whose memory is its own
                 SCOPED_TRACE(call.function);
-                tally.add(call);
+                ++failed;
                 takeRecording();
                 injection().runShort(call, build);
                 const Recording seen = takeRecording();
@@ -291,7 +263,7 @@ TEST(Faults, NothingIsThereFromSomePlaceOn) {
         }
     };
     run(sessionWith(instruments, {step}));
-    tally.print("Short from some place on", secondsSince(start));
+    EXPECT_GT(failed, 0);
 }
 
 TEST(Faults, OnceAtEveryPlaceOfPicturesAndBuilds) {
@@ -303,24 +275,23 @@ TEST(Faults, OnceAtEveryPlaceOfPicturesAndBuilds) {
     const Step step = [&](HWND dialog) {
         const int drawing = object_count::drawingObjects();
         const int windows = object_count::userObjects();
-
+        std::size_t failed = 0;
         for (int effect = 0; effect < kEffects; ++effect) {
-            const auto start = std::chrono::steady_clock::now();
-            Tally tally;
             setChoice(dialog, kEffect, effect);
-            SCOPED_TRACE(effectName(dialog));
+            SCOPED_TRACE(textOf(GetDlgItem(dialog, kEffect)));
             for (Options options : {plain, alpha}) {
                 choose(dialog, options);
                 if (options.otherPanel)
                     turnPanel(dialog);
                 options.exact = options.exact && std::ranges::find(kGlowing, effect) == std::end(kGlowing);
-                Walk walk(dialog, options, tally);
+                Walk walk(dialog, options);
                 if (!options.otherPanel)
                     walk.previews();
                 walk.builds();
+                failed += walk.failed();
             }
-            tally.print(effectName(dialog), secondsSince(start));
         }
+        EXPECT_GT(failed, 0u);
         EXPECT_LE(object_count::drawingObjects(), drawing + kCached);
         EXPECT_EQ(object_count::userObjects(), windows);
     };
@@ -339,13 +310,10 @@ TEST(Faults, OnceAtEveryPlaceOfTheDriverAndThePlayer) {
     const Step step = [&](HWND dialog) {
         setChoice(dialog, kEffect, kLadder);
         for (const Options& options : cases) {
-            const auto start = std::chrono::steady_clock::now();
-            Tally tally;
             choose(dialog, options);
-            Walk walk(dialog, options, tally);
+            Walk walk(dialog, options);
             walk.builds();
             walk.playing();
-            tally.print(options.name, secondsSince(start));
         }
     };
     run(sessionWith(instruments, {step}));
@@ -354,19 +322,15 @@ TEST(Faults, OnceAtEveryPlaceOfTheDriverAndThePlayer) {
 // Fails what no run of `act` has shown before, every `step`-th place of a function, until there is nothing new.
 template <class Check>
 void failAll(const char* name, int step, const faults::Act& act, Check check) {
-    const auto start = std::chrono::steady_clock::now();
-    Tally tally;
     for (int round = 0;; ++round) {
         ASSERT_LT(round, kRounds) << name;
         const std::vector<Call> failed = injection().runFailingNewPlaces(act, step);
-        std::ranges::for_each(failed, [&](const Call& call) { tally.add(call); });
         SCOPED_TRACE(failed.empty() ? std::string() : failed.back().function);
         check(failed);
         EXPECT_EQ(injection().takeMisuses(), Texts{});
         if (failed.empty())
-            break;
+            return;
     }
-    tally.print(name, secondsSince(start));
 }
 
 void redraw(HWND window) {
@@ -409,7 +373,6 @@ TEST(Faults, OnceAtEveryPlaceOfEditorsAndPainting) {
             {"Marker editor", kRadar, [&] { command(kRadarMarkerList, LBN_DBLCLK); }},
             {"Altitudes", 1, [&] { command(kAltitudes, BN_CLICKED); }},
             {"Advanced settings", kRadar, [&] { press(dialog, kAdvanced); }},
-
         };
         for (const auto& row : cases) {
             SCOPED_TRACE(row.name);
