@@ -26,8 +26,7 @@ TEST(DataPoints, AreReadUpToTheFirstMalformedOne) {
     std::string many;
     for (int i = 0; i < 30; ++i)
         many += std::to_string(i) + ",1;";
-    EXPECT_EQ(parseDataPoints(many).size(), 24u);
-    EXPECT_EQ(parseDataPoints(many).back().position, 23);
+    EXPECT_TRUE(formatDataPoints(parseDataPoints(many)).ends_with(";22,1;23,1"));
     EXPECT_EQ(editableDataPoints(std::vector<DataPoint>(30)).size(), 24u);
 }
 
@@ -51,17 +50,13 @@ TEST(DataPoints, KeepTheirOrderAndEndsWhateverIsDone) {
     EXPECT_FALSE(insertDataPoint(points, {50, 10}));
     EXPECT_EQ(formatDataPoints(points), "0,0;20,1000;50,500;100,0");
 
-    moveDataPoint(points, 1, {90, -3});
-    moveDataPoint(points, 0, {30, 7});
-    moveDataPoint(points, 3, {30, 8});
-    moveDataPoint(points, 4, {30, 8});
+    for (const auto& [index, point] : {std::pair{1u, DataPoint{90, -3}}, {0u, {30, 7}}, {3u, {30, 8}}, {4u, {30, 8}}})
+        moveDataPoint(points, index, point);
     EXPECT_EQ(formatDataPoints(points), "0,7;49,0;50,500;100,8");
     moveDataPoint(points, 2, {-4, 500});
     EXPECT_EQ(points[2].position, 50);
 
-    EXPECT_FALSE(removeDataPoint(points, 0));
-    EXPECT_FALSE(removeDataPoint(points, 3));
-    EXPECT_TRUE(removeDataPoint(points, 1));
+    EXPECT_TRUE(!removeDataPoint(points, 0) && !removeDataPoint(points, 3) && removeDataPoint(points, 1));
     EXPECT_EQ(formatDataPoints(points), "0,7;50,500;100,8");
 
     for (int position = 1; points.size() < kMostDataPoints; ++position)
@@ -71,22 +66,18 @@ TEST(DataPoints, KeepTheirOrderAndEndsWhateverIsDone) {
 }
 
 TEST(MarkerLines, AreCheckedBeforeTheyAreWritten) {
-    const struct {
-        const char* name;
-        int bearing;
-        int distance;
-        MarkerFault fault;
-    } cases[] = {{"", 359, 100, MarkerFault::None},
-                 {"A,B", 400, 48, MarkerFault::NameHasComma},
-                 {"A\nB", 0, 48, MarkerFault::NameHasComma},
-                 {"12345678901234567890123456789012", 0, 0, MarkerFault::None},
-                 {"123456789012345678901234567890123", 0, 0, MarkerFault::NameTooLong},
-                 {"A", 360, 48, MarkerFault::Bearing},
-                 {"A", -1, 48, MarkerFault::Bearing},
-                 {"A", 0, 101, MarkerFault::Distance},
-                 {"A", 0, -1, MarkerFault::Distance}};
-    for (const auto& c : cases)
-        EXPECT_EQ(checkMarker(c.name, c.bearing, c.distance), c.fault) << c.name << " " << c.bearing;
+    const std::tuple<const char*, int, int, MarkerFault> cases[] = {
+        {"", 359, 100, MarkerFault::None},
+        {"A,B", 400, 48, MarkerFault::NameHasComma},
+        {"A\nB", 0, 48, MarkerFault::NameHasComma},
+        {"12345678901234567890123456789012", 0, 0, MarkerFault::None},
+        {"123456789012345678901234567890123", 0, 0, MarkerFault::NameTooLong},
+        {"A", 360, 48, MarkerFault::Bearing},
+        {"A", -1, 48, MarkerFault::Bearing},
+        {"A", 0, 101, MarkerFault::Distance},
+        {"A", 0, -1, MarkerFault::Distance}};
+    for (const auto& [name, bearing, distance, fault] : cases)
+        EXPECT_EQ(checkMarker(name, bearing, distance), fault) << name << " " << bearing;
     EXPECT_EQ(formatMarker("AMC981", 48, 7), "AMC981,48,7");
 }
 
@@ -97,9 +88,7 @@ TEST(MarkerLines, ComeBackFromTheirFile) {
     EXPECT_EQ(readMarkerLines(writeMarkerLines(lines)), lines);
     EXPECT_EQ(readMarkerLines(""), Lines());
     EXPECT_EQ(readMarkerLines("A,1,2\n\n\rB,3,4"), (Lines{"A,1,2", "B,3,4"}));
-    EXPECT_EQ(readMarkerLines("A,1,2\r\n\x1A"
-                              "B,3,4\r\n"),
-              (Lines{"A,1,2"}));
+    EXPECT_EQ(readMarkerLines("A,1,2\r\n\032B,3,4\r\n"), (Lines{"A,1,2"}));
 }
 
 // 33292328 = 8 + 1 x 32 + 0 x 1024 + 24 x 32768 + 31 x 1048576.

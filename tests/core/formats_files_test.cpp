@@ -28,8 +28,6 @@
 namespace stage {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
-
 constexpr OutputFormat kAnimated[] = {OutputFormat::Gif, OutputFormat::Apng, OutputFormat::Mng};
 
 Bytes noise(std::size_t count, unsigned bits) {
@@ -37,6 +35,11 @@ Bytes noise(std::size_t count, unsigned bits) {
     Bytes indices(count);
     std::ranges::generate(indices, [&] { return static_cast<std::uint8_t>(random() % (1u << bits)); });
     return indices;
+}
+
+Bytes joined(Bytes head, const Bytes& tail) {
+    head.insert(head.end(), tail.begin(), tail.end());
+    return head;
 }
 
 TEST(Lzw, EveryLengthAndWidthComesBack) {
@@ -48,37 +51,26 @@ TEST(Lzw, EveryLengthAndWidthComesBack) {
             const unsigned size = std::max(2u, bits);
             ASSERT_EQ(expandLzw(compressLzw({indices}, size), size, count), indices) << bits << " bits, " << count;
         }
-    const Bytes large = noise(60000, 8);
-    EXPECT_EQ(expandLzw(compressLzw({large}, 8), 8, large.size()), large);
     // Strings of a part that repeats are of no use in noise: the full table is given up.
-    Bytes changing(60000, 1);
-    for (std::size_t i = 0; i < 40000; ++i)
+    Bytes changing(40000);
+    for (std::size_t i = 0; i < changing.size(); ++i)
         changing[i] = static_cast<std::uint8_t>(i * i / 900 % 5);
-    std::ranges::copy(noise(20000, 8), changing.begin() + 40000);
-    EXPECT_EQ(expandLzw(compressLzw({changing}, 8), 8, changing.size()), changing);
+    const Bytes flat(400000, 0);
+    for (const auto& [indices, size] :
+         {std::pair{noise(60000, 8), 8u}, {joined(changing, noise(20000, 8)), 8u}, {flat, 2u}})
+        EXPECT_EQ(expandLzw(compressLzw({indices}, size), size, indices.size()), indices) << indices.size();
     // One colour: each string is one longer than the last and is used at once; 894 of them cover 894 * 895 / 2 = 400065
     // indices with at most 10 bits each.
-    const Bytes flat(400000, 0);
-    const Bytes packed = compressLzw({flat}, 2);
-    EXPECT_LE(packed.size(), 894u * 10 / 8 + 2);
-    EXPECT_EQ(expandLzw(packed, 2, flat.size()), flat);
+    EXPECT_LE(compressLzw({flat}, 2).size(), 894u * 10 / 8 + 2);
     // Pixels that may be transparent as well make it shorter.
     const Bytes grain = noise(20000, 6);
-    const Bytes free(grain.size(), 1);
-    EXPECT_LT(compressLzw({grain, free, 77}, 7).size() * 5, compressLzw({grain}, 7).size() * 4);
+    EXPECT_LT(compressLzw({grain, Bytes(20000, 1), 77}, 7).size() * 5, compressLzw({grain}, 7).size() * 4);
 }
 
 TEST(Deflate, ZlibInflatesIt) {
-    std::vector<Bytes> cases = {{}, noise(70000, 8), noise(20000, 1), Bytes(100000, 7)};
-    for (std::size_t count = 1; count < 300; count += 6)
-        cases.push_back(noise(count, count % 8 + 1));
-    Bytes far = noise(32768, 8); // comes again at the farthest distance
-    far.insert(far.end(), far.begin(), far.end());
-    cases.push_back(far);
-    Bytes parts = noise(20000, 2); // two kinds of content, for which one set of codes is too long
-    for (std::size_t i = 0; i < 20000; ++i)
-        parts.push_back(static_cast<std::uint8_t>(200 + i * i % 41));
-    cases.push_back(parts);
+    Bytes other(20000); // a kind of content for which the codes of another are too long
+    for (std::size_t i = 0; i < other.size(); ++i)
+        other[i] = static_cast<std::uint8_t>(200 + i * i % 41);
     // A tail of frequencies like Fibonacci's numbers below 200 values that are equally frequent makes codes that are
     // longer than allowed, and so little repeats that matches take nothing of it away.
     Bytes rare = noise(40000, 8);
@@ -89,78 +81,75 @@ TEST(Deflate, ZlibInflatesIt) {
         before = std::exchange(count, count + before);
     }
     std::ranges::shuffle(rare, std::mt19937(3));
-    cases.push_back(rare);
-    for (const Bytes& bytes : cases) {
+    const Bytes half = noise(32768, 8);
+    // With the most bytes. Noise is stored: nothing is sent of codes, in one block or several. 6 bytes are the stream's
+    // own, 5 a block's.
+    std::vector<std::pair<Bytes, std::size_t>> cases = {
+        {{}, 11},
+        {noise(70000, 8), 70000 + 6 + 2 * 5},
+        {noise(20000, 1), 20000},
+        {Bytes(100000, 7), 130},     // 388 matches of 258 bytes, 2 bits each
+        {joined(half, half), 33200}, // again at the farthest distance
+        {joined(noise(20000, 2), other), 40000},
+        {rare, rare.size()}};
+    for (std::size_t count = 1; count < 300; count += 6)
+        cases.emplace_back(noise(count, count % 8 + 1), count + 6 + 5);
+    for (const auto& [bytes, most] : cases) {
         const Bytes packed = deflated(bytes);
+        EXPECT_LE(packed.size(), most) << bytes.size();
         Bytes read(bytes.size() + 1);
         uLongf size = static_cast<uLongf>(read.size());
         ASSERT_EQ(uncompress(read.data(), &size, packed.data(), static_cast<uLong>(packed.size())), Z_OK);
         read.resize(size);
         ASSERT_EQ(read, bytes);
     }
-    EXPECT_LT(deflated(far).size(), 33200u);
-    // Noise is stored: nothing is sent of codes, in one block or several. 6 bytes are the stream's own, 5 a block's.
-    EXPECT_EQ(deflated(noise(600, 8)).size(), 600u + 6 + 5);
-    EXPECT_EQ(deflated(noise(70000, 8)).size(), 70000u + 6 + 2 * 5);
-    EXPECT_LT(deflated(cases[3]).size(), 130u); // 388 matches of 258 bytes, of 2 bits each
 }
 
-enum class Content { Few, Palette, Full, Grey, Many, Holes, HalfOpaque };
+// A patch wanders over a still ground, so that frames share most of their pixels; frame 2 is equal to frame 1 and
+// counts as it. The level changes with the place and under the patch.
+struct Spot {
+    std::uint32_t frame, x, y;
+    bool isPatch;
+    std::uint8_t level;
+};
+using Look = std::function<Pixel(const Spot&)>;
 
-// A patch wanders over a still ground, so that frames share most of their pixels; frame 2 is equal to frame 1.
-Pixel pixelAt(Content content, std::uint32_t x, std::uint32_t y, std::size_t frame) {
-    const std::size_t step = frame == 2 ? 1 : frame;
-    const bool isPatch = x >= step * 2 && x < step * 2 + 9 && y >= step && y < step + 7;
-    const auto low = static_cast<std::uint8_t>(x * 7 + y * 13 + (isPatch ? 100 + step * 5 : 0));
-    switch (content) {
-    case Content::Few:
-        return pixelOf(isPatch ? Rgb{255, 200, 0} : Rgb{0, 0, 90});
-    case Content::Palette:
-        return pixelOf({static_cast<std::uint8_t>(low / 2), 30, low > 9 ? std::uint8_t{4} : std::uint8_t{5}});
-    case Content::Full: // of 256 colours every one
-        return pixelOf({low, static_cast<std::uint8_t>(255 - low), 7});
-    case Content::Grey:
-        return pixelOf({low, low, low});
-    case Content::Many:
-        return pixelOf({low, static_cast<std::uint8_t>(x * 5), static_cast<std::uint8_t>(y * 6 + (isPatch ? 3 : 0))});
-    case Content::Holes:
-        return isPatch ? pixelOf({low, 1, 2}) : (x + y) % 11 == 0 ? pixelOf({9, 9, 200}) : kTransparentPixel;
-    case Content::HalfOpaque:
-        break;
-    }
-    return pixelOf({low, 80, 160}, isPatch ? 255 : low);
-}
+const Look kFew = [](const Spot& s) { return pixelOf(s.isPatch ? Rgb{255, 200, 0} : Rgb{0, 0, 90}); };
+const Look kPalette = [](const Spot& s) { return pixelOf({std::uint8_t(s.level / 2), 30, std::uint8_t(s.level > 9)}); };
+const Look kFull = [](const Spot& s) { return pixelOf({s.level, std::uint8_t(255 - s.level), 7}); };
+const Look kGrey = [](const Spot& s) { return pixelOf({s.level, s.level, s.level}); };
+const Look kMany = [](const Spot& s) {
+    return pixelOf({s.level, std::uint8_t(s.x * 5), std::uint8_t(s.y * 6 + (s.isPatch ? 3 : 0))});
+};
+const Look kHoles = [](const Spot& s) {
+    return s.isPatch ? pixelOf({s.level, 1, 2}) : (s.x + s.y) % 11 == 0 ? pixelOf({9, 9, 200}) : kTransparentPixel;
+};
+const Look kHalfOpaque = [](const Spot& s) { return pixelOf({s.level, 80, 160}, s.isPatch ? 255 : s.level); };
+// The colours of each frame fit a palette, but not those of all together.
+const Look kOwnPalettes = [](const Spot& s) {
+    return pixelOf({std::uint8_t(14 * s.y + s.x), std::uint8_t(80 * s.frame), 3});
+};
 
-// Frames of what `pixel` answers for frame, x and y.
-template <class PixelAt>
-Animation paintedAnimation(std::uint32_t width, std::uint32_t height, std::size_t frames, const PixelAt& pixel) {
+Animation animationOf(const Look& look, std::uint32_t width, std::uint32_t height, std::uint32_t frames) {
     Animation animation{width, height, {}, 0, {}, {}, {}};
-    for (std::size_t i = 0; i < frames; ++i) {
+    for (std::uint32_t i = 0; i < frames; ++i) {
+        const std::uint32_t step = i == 2 ? 1 : i;
         Picture picture{width, height, {}};
-        for (std::uint32_t at = 0; at < width * height; ++at)
-            picture.pixels.push_back(pixel(i, at % width, at / width));
+        for (std::uint32_t at = 0; at < width * height; ++at) {
+            const std::uint32_t x = at % width, y = at / width;
+            const bool isPatch = x >= step * 2 && x < step * 2 + 9 && y >= step && y < step + 7;
+            const auto level = static_cast<std::uint8_t>(x * 7 + y * 13 + (isPatch ? 100 + step * 5 : 0));
+            picture.pixels.push_back(look({step, x, y, isPatch, level}));
+        }
         animation.frames.push_back(frameOf(picture));
-        animation.frames.back().delay = static_cast<std::uint32_t>(20 + i * 10);
+        animation.frames.back().delay = 20 + i * 10;
     }
     return animation;
 }
 
-Animation animationOf(Content content, std::uint32_t width, std::uint32_t height, std::size_t frames) {
-    return paintedAnimation(width, height, frames, [&](std::size_t frame, std::uint32_t x, std::uint32_t y) {
-        return pixelAt(content, x, y, frame);
-    });
-}
-
 void expectSameShow(const Animation& wanted, const Animation& read, const std::string& name) {
-    EXPECT_EQ(read.width, wanted.width) << name;
-    EXPECT_EQ(read.height, wanted.height) << name;
-    const std::vector<ShownPicture> wantedShow = shownPictures(wanted);
-    const std::vector<ShownPicture> readShow = shownPictures(read);
-    ASSERT_EQ(readShow.size(), wantedShow.size()) << name;
-    for (std::size_t i = 0; i < readShow.size(); ++i) {
-        ASSERT_EQ(readShow[i].picture, wantedShow[i].picture) << name << ", picture " << i;
-        EXPECT_EQ(readShow[i].delay, wantedShow[i].delay) << name << ", picture " << i;
-    }
+    EXPECT_EQ(std::pair(read.width, read.height), std::pair(wanted.width, wanted.height)) << name;
+    EXPECT_TRUE(shownPictures(read) == shownPictures(wanted)) << name;
 }
 
 // 255 entries for a cube of 256 levels a side leave cells of about 40 levels, whose mean square error is 40^2 / 12.
@@ -178,44 +167,36 @@ AnimationFile readBack(const Animation& animation, OutputFormat format, const Wr
 }
 
 TEST(StageFiles, EveryFormatShowsWhatItWasGiven) {
-    const std::tuple<Content, std::uint32_t, std::uint32_t> cases[] = {
-        {Content::Few, 47, 33},  {Content::Palette, 47, 33},    {Content::Full, 64, 40},
-        {Content::Grey, 33, 47}, {Content::Many, 47, 33},       {Content::Holes, 47, 33},
-        {Content::Few, 1, 1},    {Content::HalfOpaque, 33, 20}, {Content::Holes, 2, 300}};
-    for (const auto& [content, width, height] : cases)
+    const std::tuple<const Look*, std::uint32_t, std::uint32_t> cases[] = {
+        {&kFew, 47, 33},   {&kPalette, 47, 33}, {&kFull, 64, 40},       {&kGrey, 33, 47},  {&kMany, 47, 33},
+        {&kHoles, 47, 33}, {&kFew, 1, 1},       {&kHalfOpaque, 33, 20}, {&kHoles, 2, 300}, {&kOwnPalettes, 14, 14}};
+    for (const auto& [look, width, height] : cases)
         for (const OutputFormat format : kAnimated) {
-            if (format == OutputFormat::Gif && content == Content::HalfOpaque)
+            if (format == OutputFormat::Gif && look == &kHalfOpaque)
                 continue; // which it cannot hold
-            const std::string name = std::string(formatName(format)) + " of content " +
-                                     std::to_string(static_cast<int>(content)) + ", " + std::to_string(width);
-            const Animation animation = animationOf(content, width, height, 6);
+            const Animation animation = animationOf(*look, width, height, 6);
             const AnimationFile file = readBack(animation, format);
             EXPECT_EQ(file.format, format);
-            if (format == OutputFormat::Gif && content == Content::Many) {
+            if (format == OutputFormat::Gif && look == &kMany) {
                 expectAlike(pictureOf(animation.frames[1]), pictureOf(file.animation.frames[1]));
                 continue;
             }
+            const std::string name = std::string(formatName(format)) + " " + std::to_string(width);
             expectSameShow(animation, file.animation, name);
             EXPECT_LE(file.stored.size(), 5u) << name; // equal frames are one
         }
 }
 
-// The colours of each frame fit a palette, but not those of all together.
-TEST(StageFiles, PalettesOfTheirOwnLoseNothing) {
-    const Animation animation = paintedAnimation(14, 14, 3, [](std::size_t frame, std::uint32_t x, std::uint32_t y) {
-        return pixelOf({std::uint8_t(14 * y + x), std::uint8_t(80 * frame), 3});
-    });
-    for (const OutputFormat format : kAnimated)
-        expectSameShow(animation, readBack(animation, format).animation, std::string(formatName(format)));
-}
-
 // A frame that something covers for a moment costs next to nothing when it comes again.
 TEST(StageFiles, PicturesOfAMomentAreTakenBack) {
     const Bytes grain = noise(40 * 40, 7);
-    const Animation animation = paintedAnimation(40, 40, 3, [&](std::size_t frame, std::uint32_t x, std::uint32_t y) {
-        const std::uint8_t level = grain[40 * y + x];
-        return frame == 1 && y > 4 ? pixelOf({255, 0, std::uint8_t(level / 2)}) : pixelOf({level, 9, 9});
-    });
+    Animation animation = animationOf(
+        [&](const Spot& s) {
+            const std::uint8_t level = grain[40 * s.y + s.x];
+            return s.frame == 1 && s.y > 4 ? pixelOf({255, 0, std::uint8_t(level / 2)}) : pixelOf({level, 9, 9});
+        },
+        40, 40, 2);
+    animation.frames.push_back(animation.frames[0]);
     const AnimationFile file = readBack(animation, OutputFormat::Apng);
     expectSameShow(animation, file.animation, "a moment");
     EXPECT_LT(file.stored.at(2).bytes * 4, file.stored.at(0).bytes);
@@ -223,11 +204,9 @@ TEST(StageFiles, PicturesOfAMomentAreTakenBack) {
 
 TEST(StageFiles, OnlyWhatChangesIsStored) {
     // The patch of 9 x 7 moves by 2 and 1: from the first frame to the second it covers 11 x 8.
-    const Animation animation = animationOf(Content::Few, 60, 50, 2);
     for (const OutputFormat format : kAnimated) {
-        const StoredFrame stored = readBack(animation, format).stored.at(1);
-        EXPECT_EQ(stored.width * 100 + stored.height, 1108u) << formatName(format);
-        EXPECT_EQ(stored.x + stored.y, 0u) << formatName(format);
+        const StoredFrame stored = readBack(animationOf(kFew, 60, 50, 2), format).stored.at(1);
+        EXPECT_EQ((Area{stored.x, stored.y, stored.width, stored.height}), (Area{0, 0, 11, 8})) << formatName(format);
     }
 }
 
@@ -249,10 +228,10 @@ private:
 };
 
 TEST(StageFiles, ValidAfterEveryFrame) {
-    for (const Content content : {Content::Palette, Content::Holes})
+    for (const Look& look : {kPalette, kHoles})
         for (const OutputFormat format : kAnimated) {
             WatchedSink sink;
-            writeAnimation(animationOf(content, 40, 30, 5), format, {}, sink);
+            writeAnimation(animationOf(look, 40, 30, 5), format, {}, sink);
             EXPECT_EQ(sink.counts, (std::vector<std::size_t>{1, 2, 3, 4})) << formatName(format);
         }
 }
@@ -260,22 +239,21 @@ TEST(StageFiles, ValidAfterEveryFrame) {
 TEST(StageFiles, LoopsCommentsAndOriginComeBack) {
     for (const OutputFormat format : kAnimated)
         for (const std::uint32_t plays : {0u, 1u, 2u, 300u}) {
-            Animation animation = animationOf(Content::Few, 20, 20, 2);
+            Animation animation = animationOf(kFew, 20, 20, 2);
             animation.plays = plays;
             animation.comment = "first line\n" + std::string(600, 'c') + "\xC3\xA4";
             animation.made =
                 Remembered{"A = 1\nMainEffect = 15\n", plays == 1 ? std::nullopt : std::optional("N,1,2\n")};
             const Animation read = readBack(animation, format).animation;
-            EXPECT_EQ(read.plays, plays) << formatName(format);
-            EXPECT_EQ(read.comment, animation.comment) << formatName(format);
-            EXPECT_EQ(read.made, animation.made) << formatName(format);
+            EXPECT_EQ(std::tie(read.plays, read.comment, read.made),
+                      std::tie(animation.plays, animation.comment, animation.made))
+                << formatName(format);
         }
-    EXPECT_EQ(rememberedFrom("CREATED BY..."), std::nullopt);
-    EXPECT_EQ(rememberedFrom("[Voltane #1]\nA = \x1A\n"), std::nullopt);
+    EXPECT_TRUE(!rememberedFrom("CREATED BY...") && !rememberedFrom("[Voltane #1]\nA = \x1A\n"));
 }
 
 TEST(StageFiles, GifCutsOpacityAtTheThresholdOverTheMatte) {
-    Animation animation = animationOf(Content::Few, 3, 1, 1);
+    Animation animation = animationOf(kFew, 3, 1, 1);
     animation.frames[0] = frameOf({3, 1, {pixelOf({200, 0, 0}, 99), pixelOf({200, 0, 0}, 102), pixelOf({1, 2, 3})}});
     const WriteOptions options{{0, 100, 50}, 100};
     // 102 / 255 is 0.4: 200 * 0.4 = 80, 100 * 0.6 = 60, 50 * 0.6 = 30.
@@ -304,37 +282,34 @@ TEST(StageColours, PalettesOfVeryManyAndVeryFew) {
     EXPECT_EQ(reducedPalette(few, 4).size(), 2u);
 }
 
+using Delays = std::vector<std::uint32_t>;
+
 TEST(StageTiming, HundredthsCarryTheRemainderAndBrowsersSlowDown) {
-    const std::vector<std::uint32_t> thirds(30, 33);
-    const std::vector<std::uint32_t> hundredths = delaysInHundredths(thirds);
+    const Delays hundredths = delaysInHundredths(Delays(30, 33));
     EXPECT_EQ(std::accumulate(hundredths.begin(), hundredths.end(), 0u), 99u);
-    EXPECT_EQ(std::vector(hundredths.begin(), hundredths.begin() + 6), (std::vector<std::uint32_t>{3, 4, 3, 3, 4, 3}));
-    const std::vector<std::uint32_t> stored = {10, 20, 0, 100};
-    const PlayingTime time = playingTime(stored);
-    EXPECT_EQ(time.stored, 130u);
-    EXPECT_EQ(time.inBrowsers, 320u);
-    EXPECT_EQ(time.slowedFrames, 2u);
-    EXPECT_DOUBLE_EQ(time.framesPerSecond, 12.5);
+    EXPECT_EQ(Delays(hundredths.begin(), hundredths.begin() + 6), (Delays{3, 4, 3, 3, 4, 3}));
+    const PlayingTime time = playingTime(Delays{10, 20, 0, 100});
+    EXPECT_EQ(std::tuple(time.stored, time.inBrowsers, time.slowedFrames, time.framesPerSecond),
+              std::tuple(130u, 320u, 2u, 12.5));
 }
 
 // A browser does not slow down equal frames that are one picture of 20 ms in the file.
 TEST(StageTiming, BrowsersShowJoinedFramesForTheirWholeTime) {
-    Animation animation = animationOf(Content::Few, 5, 5, 2);
-    animation.frames.insert(animation.frames.begin(), animation.frames[0]);
-    animation.frames.push_back(animation.frames[2]);
-    for (const auto& [frame, delay] : {std::pair{0u, 10u}, {1u, 10u}, {2u, 3u}, {3u, 3u}})
-        animation.frames[frame].delay = delay;
+    Animation animation = animationOf(kFew, 5, 5, 2);
+    animation.frames[0].delay = 10;
+    animation.frames[1].delay = 3;
+    for (const std::size_t frame : {0u, 2u})
+        animation.frames.insert(animation.frames.begin() + frame, animation.frames[frame]);
     const FrameTimes times = frameTimes(animation, OutputFormat::Apng);
-    EXPECT_EQ(times.stored, (std::vector<std::uint32_t>{10, 10, 3, 3}));
-    EXPECT_EQ(times.inBrowsers, (std::vector<std::uint32_t>{10, 10, 97, 3}));
-    EXPECT_EQ((std::array<std::uint64_t, 3>{times.whole.inBrowsers, times.whole.slowedFrames, times.whole.frames}),
-              (std::array<std::uint64_t, 3>{120, 1, 2}));
+    EXPECT_EQ(std::pair(times.stored, times.inBrowsers), std::pair(Delays{10, 10, 3, 3}, Delays{10, 10, 97, 3}));
+    EXPECT_EQ(std::tuple(times.whole.inBrowsers, times.whole.slowedFrames, times.whole.frames),
+              std::tuple(120u, 1u, 2u));
     EXPECT_EQ(frameTimes(animation, OutputFormat::Png).whole.frames, 4u);
 }
 
 // Equal frames are joined only as long as the format can count the time.
 TEST(StageTiming, LongDelaysStay) {
-    Animation animation = animationOf(Content::Few, 5, 5, 1);
+    Animation animation = animationOf(kFew, 5, 5, 1);
     animation.frames[0].delay = 400000;
     animation.frames.push_back(animation.frames[0]);
     EXPECT_EQ(readBack(animation, OutputFormat::Gif).stored.size(), 2u);
@@ -350,10 +325,6 @@ Palette greys() {
     return palette;
 }
 
-Pixel greyPixel(std::uint8_t level) {
-    return pixelOf({level, level, level});
-}
-
 Frame indexedFrame(Bytes pixels, std::optional<std::uint8_t> transparent = {}) {
     Frame frame = frameOf({static_cast<std::uint32_t>(pixels.size()), 1, {}});
     frame.format = PixelFormat::Indexed;
@@ -364,51 +335,44 @@ Frame indexedFrame(Bytes pixels, std::optional<std::uint8_t> transparent = {}) {
     return frame;
 }
 
-// What the recorder makes of the transparent index: holes, or what the frame before shows there.
+// The grey levels of each frame, with dots where nothing is, and how long all are shown.
+std::string levelsOf(const Animation& animation) {
+    std::string text;
+    for (const Frame& frame : animation.frames) {
+        for (const Pixel pixel : pictureOf(frame).pixels)
+            text += pixel == kTransparentPixel ? "." : std::to_string(rgbOf(pixel).green);
+        text += ' ';
+    }
+    return text + std::to_string(totalDelay(animation)) + " ms";
+}
+
+// What the recorder makes of the transparent index: holes, or what the frame before shows there. Differences whose
+// palette changes, and frames smaller than the animation, become pictures of their own.
 TEST(StageRecorder, TransparencyMeansHolesOrUnchanged) {
-    const Pixel hole = kTransparentPixel;
-    const auto grey = greyPixel;
+    const std::vector<Frame> two = {indexedFrame({0, 3, 1}, 3), indexedFrame({3, 2, 3}, 3)};
+    std::vector<Frame> others = {indexedFrame({3, 3, 1}, 3), indexedFrame({3, 2, 3}, 3), indexedFrame({7, 8})};
+    others[1].palette[2] = {6, 6, 6};
+    const auto onEntry = [](AnimationRecorder& recorder) { recorder.setBackgroundIndex(5); };
+    const auto onColour = [](AnimationRecorder& recorder) { recorder.setBackgroundColour({9, 9, 9}); };
     const struct {
-        const char* name;
-        bool deltas, byColour;
-        std::vector<Pixel> first, second;
-    } cases[] = {{"holes", false, false, {grey(0), hole, grey(1)}, {hole, grey(2), hole}},
-                 {"differences on an entry", true, false, {grey(0), grey(5), grey(1)}, {grey(0), grey(2), grey(1)}},
-                 {"differences on a colour", true, true, {grey(0), grey(9), grey(1)}, {grey(0), grey(2), grey(1)}}};
+        const char* levels;
+        bool deltas;
+        std::function<void(AnimationRecorder&)> setBackground;
+        const std::vector<Frame>& frames;
+    } cases[] = {{"0.1 .2. 140 ms", false, onEntry, two},
+                 {"051 021 140 ms", true, onEntry, two},
+                 {"091 021 140 ms", true, onColour, two},
+                 {"001 061 78. 210 ms", true, [](AnimationRecorder&) {}, others}}; // on the palette's first colour
     for (const auto& c : cases) {
         AnimationRecorder recorder(DelayUnit::Hundredths);
         if (c.deltas)
             recorder.announceDeltas();
-        recorder.begin({3, 1, 8, greys(), 2});
-        if (c.byColour)
-            recorder.setBackgroundColour({9, 9, 9});
-        else
-            recorder.setBackgroundIndex(5);
-        recorder.addFrame(indexedFrame({0, 3, 1}, std::uint8_t{3}));
-        recorder.addFrame(indexedFrame({3, 2, 3}, std::uint8_t{3}));
-        const Animation animation = recorder.finish();
-        EXPECT_EQ(pictureOf(animation.frames.at(0)).pixels, c.first) << c.name;
-        EXPECT_EQ(pictureOf(animation.frames.at(1)).pixels, c.second) << c.name;
-        EXPECT_EQ(totalDelay(animation), 140u) << c.name;
+        recorder.begin({3, 1, 8, greys(), static_cast<std::uint32_t>(c.frames.size())});
+        c.setBackground(recorder);
+        for (const Frame& frame : c.frames)
+            recorder.addFrame(frame);
+        EXPECT_EQ(levelsOf(recorder.finish()), c.levels);
     }
-}
-
-// Differences whose palette changes, and frames smaller than the animation, become pictures of their own.
-TEST(StageRecorder, PutsFramesTogetherAcrossPalettesAndSizes) {
-    const auto grey = greyPixel;
-    AnimationRecorder recorder(DelayUnit::Milliseconds);
-    recorder.announceDeltas();
-    recorder.begin({3, 1, 8, greys(), 3});
-    recorder.addFrame(indexedFrame({3, 3, 1}, std::uint8_t{3})); // holes of the first: the palette's first colour
-    Frame other = indexedFrame({3, 2, 3}, std::uint8_t{3});
-    other.palette[2] = {1, 2, 3};
-    recorder.addFrame(other);
-    recorder.addFrame(indexedFrame({7, 8}));
-    const Animation animation = recorder.finish();
-    EXPECT_EQ(pictureOf(animation.frames.at(0)).pixels, (std::vector{grey(0), grey(0), grey(1)}));
-    EXPECT_EQ(pictureOf(animation.frames.at(1)).pixels, (std::vector{grey(0), pixelOf({1, 2, 3}), grey(1)}));
-    EXPECT_EQ(pictureOf(animation.frames.at(2)).pixels, (std::vector{grey(7), grey(8), kTransparentPixel}));
-    EXPECT_EQ(totalDelay(animation), 21u);
 }
 
 TEST(StageRecorder, NamesFilesAfterTheEffect) {
@@ -420,32 +384,24 @@ TEST(StageRecorder, NamesFilesAfterTheEffect) {
 }
 
 TEST(StageRecorder, TellsWhetherAnythingIsTransparent) {
-    Frame threeBytes = indexedFrame({1, 2, 3}), fourBytes = indexedFrame({1, 2, 3, 255});
-    threeBytes.format = PixelFormat::Rgb;
-    fourBytes.format = PixelFormat::Rgba;
-    const std::pair<Frame, bool> cases[] = {{indexedFrame({1, 2}), false},
-                                            {indexedFrame({1, 2}, std::uint8_t{3}), false},
-                                            {indexedFrame({1, 2}, std::uint8_t{2}), true},
-                                            {frameOf({1, 1, {pixelOf({1, 2, 3})}}), false},
-                                            {frameOf({1, 1, {pixelOf({1, 2, 3}, 254)}}), true},
-                                            {threeBytes, false},
-                                            {fourBytes, false}};
-    for (const auto& [frame, isTransparent] : cases)
+    Frame opaque = frameOf({1, 1, {pixelOf({1, 2, 3}, 254)}});
+    opaque.pixels[3] = 255;
+    for (const auto& [frame, isTransparent] : {std::pair{indexedFrame({1, 2}), false},
+                                               {indexedFrame({1, 2}, 3), false},
+                                               {indexedFrame({1, 2}, 2), true},
+                                               {opaque, false}})
         EXPECT_EQ(hasTransparency({1, 1, {frame}, 0, {}, {}, {}}), isTransparent);
 }
 
 TEST(StageRecorder, WrongOrderAndWrongDataAreRefused) {
-    const auto begin = [](AnimationRecorder& recorder, std::uint32_t width = 1) {
-        recorder.begin({width, 1, 8, greys(), 1});
-    };
+    const auto begin = [](auto& recorder, std::uint32_t width = 1) { recorder.begin({width, 1, 8, greys(), 1}); };
+    const Frame frame = indexedFrame({0, 0});
     const std::function<void(AnimationRecorder&)> faults[] = {[&](auto& r) { begin(r, 0); },
                                                               [&](auto& r) { begin(r, 65536); },
-                                                              [&](auto& r) { r.addFrame(indexedFrame({0})); },
+                                                              [&](auto& r) { r.addFrame(frame); },
                                                               [&](auto& r) { begin(r), r.finish(); },
                                                               [&](auto& r) { begin(r), begin(r); },
-                                                              [&](auto& r) {
-                                                                  begin(r), r.addFrame(indexedFrame({0, 0}));
-                                                              },
+                                                              [&](auto& r) { begin(r), r.addFrame(frame); },
                                                               [&](auto& r) { r.setBackgroundIndex(256); }};
     for (const auto& fault : faults) {
         AnimationRecorder recorder(DelayUnit::Milliseconds);
@@ -460,9 +416,7 @@ protected:
         std::filesystem::create_directories(folder_);
     }
     void TearDown() override { std::filesystem::remove_all(folder_); }
-    std::size_t fileCount() const {
-        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
-    }
+    auto fileCount() const { return std::distance(std::filesystem::directory_iterator(folder_), {}); }
 
     std::filesystem::path folder_ =
         std::filesystem::temp_directory_path() / ("stage-target-" + std::to_string(::getpid()));
@@ -471,11 +425,9 @@ protected:
 
 TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
     writeFile(target_, "precious");
-    const Animation animation = animationOf(Content::Palette, 20, 20, 4);
-    // Stopped half-way.
-    EXPECT_EQ(
-        saveAnimation(animation, OutputFormat::Gif, {}, target_, [](std::size_t i, std::size_t) { return i < 2; }),
-        std::nullopt);
+    const Animation animation = animationOf(kPalette, 20, 20, 4);
+    const auto halfWay = [](std::size_t done, std::size_t) { return done < 2; };
+    EXPECT_EQ(saveAnimation(animation, OutputFormat::Gif, {}, target_, halfWay), std::nullopt);
     const auto atOnce = [](std::size_t, std::size_t) { return false; };
     EXPECT_EQ(saveAnimation(animation, OutputFormat::Png, {}, target_, atOnce), std::nullopt);
     EXPECT_EQ(encodedSize(animation, OutputFormat::Apng, {}, atOnce), std::nullopt);
@@ -487,23 +439,22 @@ TEST_F(StageTarget, TakesItsPlaceOnlyWhenComplete) {
         EXPECT_THROW(saveAnimation(wrong, OutputFormat::Gif, {}, target_), Failure) << width;
     }
     EXPECT_EQ(readFile(target_), "precious");
-    EXPECT_EQ(fileCount(), 1u);
+    EXPECT_EQ(fileCount(), 1);
     const auto written = saveAnimation(animation, OutputFormat::Gif, {}, target_);
     EXPECT_EQ(written->bytes, std::filesystem::file_size(target_));
-    EXPECT_EQ(written->bytes, encodedSize(animation, OutputFormat::Gif, {}));
     // Counts near the start are written again once they are known.
     MemorySink memory;
     writeAnimation(animation, OutputFormat::Apng, {}, memory);
     saveAnimation(animation, OutputFormat::Apng, {}, target_);
     EXPECT_EQ(readFile(target_), std::string(memory.bytes().begin(), memory.bytes().end()));
     EXPECT_EQ(saveAnimation(animation, OutputFormat::Png, {}, folder_ / "a.b.png")->last, folder_ / "a.b-0003.png");
-    EXPECT_EQ(fileCount(), 5u);
+    EXPECT_EQ(fileCount(), 5);
     for (const std::filesystem::path& wrong :
          {folder_, folder_ / "missing" / "a.gif", target_ / "a.gif", folder_ / std::string(256, 'x')})
         EXPECT_THROW(OutputFile{wrong}, Failure) << wrong;
     std::filesystem::permissions(target_, std::filesystem::perms::owner_read);
     EXPECT_THROW(saveAnimation(animation, OutputFormat::Gif, {}, target_), Failure); // its owner has protected it
-    EXPECT_EQ(fileCount(), 5u);
+    EXPECT_EQ(fileCount(), 5);
 }
 
 TEST_F(StageTarget, FoldersAndFilesThatCannotBe) {
@@ -519,18 +470,17 @@ TEST_F(StageTarget, FoldersAndFilesThatCannotBe) {
     EXPECT_TRUE(std::filesystem::exists(target_ / "inside"));
     writeFile(folder_ / "file", "text");
     EXPECT_THROW(makeFolder(folder_ / "file" / "inside"), Failure);
-    EXPECT_EQ(formatOfFile("radar"), std::nullopt);
-    EXPECT_EQ(formatOfFile("radar."), std::nullopt);
+    EXPECT_TRUE(!formatOfFile("radar") && !formatOfFile("radar."));
 }
 
 // Frames are compressed side by side; more of them than are taken at once.
 TEST(StageWriting, BytesDoNotDependOnTheThreads) {
-    Animation animation{30, 30, {}, 0, {}, {}, {}};
-    Picture picture{30, 30, std::vector<Pixel>(900, pixelOf({9, 9, 9}))};
-    for (std::uint8_t i = 0; i < 70; ++i) {
-        std::fill_n(picture.pixels.begin() + i, 200, pixelOf({i, 100, 50}));
-        animation.frames.push_back(frameOf(picture));
-    }
+    const Animation animation = animationOf(
+        [](const Spot& s) {
+            const bool isPast = 30 * s.y + s.x >= s.frame;
+            return pixelOf(isPast ? Rgb{9, 9, 9} : Rgb{std::uint8_t(s.frame), 100, 50});
+        },
+        30, 30, 70);
     for (const OutputFormat format : kAnimated) {
         MemorySink alone, together;
         std::vector<std::size_t> told;
@@ -540,7 +490,7 @@ TEST(StageWriting, BytesDoNotDependOnTheThreads) {
             return true;
         }));
         EXPECT_EQ(alone.bytes(), together.bytes()) << formatName(format);
-        EXPECT_EQ(told.size(), 70u);
+        EXPECT_EQ(told.size(), 69u); // two frames are equal
         EXPECT_FALSE(writeAnimation(animation, format, {.threads = 3}, together,
                                     [](std::size_t done, std::size_t) { return done < 40; }));
     }
@@ -561,7 +511,7 @@ TEST(StageWriting, WhatAThreadThrowsReachesTheCaller) {
 TEST(StageReading, TellsHowFarItIsAndStops) {
     for (const OutputFormat format : kAnimated) {
         MemorySink sink;
-        writeAnimation(animationOf(Content::Palette, 20, 20, 4), format, {}, sink);
+        writeAnimation(animationOf(kPalette, 20, 20, 4), format, {}, sink);
         std::vector<std::uint64_t> told;
         ReadOptions options;
         options.progress = [&](std::uint64_t done) {

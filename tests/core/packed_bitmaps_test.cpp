@@ -12,14 +12,12 @@
 
 #include <algorithm>
 #include <functional>
-#include <numeric>
 #include <vector>
 
 namespace veldran {
 namespace {
 
-using Pixel = ForeignBitmap::Pixel;
-using Pixels = std::vector<Pixel>;
+using Pixels = std::vector<ForeignBitmap::Pixel>;
 
 Pixels readAll(const Bytes& block) {
     const std::optional<ForeignBitmap> bitmap = ForeignBitmap::open(block);
@@ -58,10 +56,8 @@ TEST(PackedBitmaps, SizesHeadersAndRows) {
         EXPECT_FALSE(packedBitmapBytes(width, height, bits)) << width << "x" << height << "x" << bits;
     // The header's bytes as any other program reads them.
     Bytes header = packedBitmap(47, 33, 24);
-    header.resize(40);
-    Bytes expected = {40, 0, 0, 0, 47, 0, 0, 0, 33, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 0x90, 0x12};
-    expected.resize(40);
-    EXPECT_EQ(header, expected);
+    header.resize(22);
+    EXPECT_EQ(header, (Bytes{40, 0, 0, 0, 47, 0, 0, 0, 33, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 0x90, 0x12}));
     for (const int bits : {1, 8, 24, 32}) { // rows stand bottom-up behind the colour table
         Bytes block = packedBitmap(3, 2, bits);
         const ImageView view = viewPackedBitmap(std::span(block)).value();
@@ -90,8 +86,6 @@ TEST(PackedBitmaps, HeadersThatLieAreRefused) {
                  {"header beyond the block", {24, 1, 1, 0, 0, 4200}, 4096, ""},
                  {"a byte short", {24, 5, 2}, 31, ""},
                  {"no room for colours", {8, 5, 2}, 1039, ""},
-                 {"more width than pixels", {24, 6, 2}, 32, ""},
-                 {"more height than pixels", {24, 5, 3}, 32, ""},
                  {"width whose stride wraps", {32, 0x40000000, 2}, 4096, ""},
                  {"sides whose product wraps", {24, INT32_MAX, INT32_MAX}, 4096, ""},
                  {"height without its opposite", {32, 1, INT32_MIN}, 4096, ""},
@@ -110,10 +104,8 @@ TEST(PackedBitmaps, HeadersThatLieAreRefused) {
         EXPECT_EQ(takers(Bytes(size, 40)), "") << size;
 }
 
-constexpr Pixel kFirst{10, 20, 30, 255};
-constexpr Pixel kSecond{1, 2, 3, 255};
-
 TEST(ForeignBitmap, EveryDepthAndOrderIsRead) {
+    const ForeignBitmap::Pixel first{10, 20, 30, 255}, second{1, 2, 3, 255};
     const Bytes colours{10, 20, 30, 0, 1, 2, 3, 0};
     const Bytes wideGreen{0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0x1F, 0, 0, 0}; // masks of red, green and blue
     const Bytes noBlue{0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0, 0, 0, 0};
@@ -122,15 +114,15 @@ TEST(ForeignBitmap, EveryDepthAndOrderIsRead) {
         BitmapLayout layout;
         Bytes head, rows;
         Pixels pixels;
-    } cases[] = {{{1, 2, 1}, colours, {0x80, 0, 0, 0}, {kSecond, kFirst}},
-                 {{4, 2, 1, 0, 2}, colours, {0x10, 0, 0, 0}, {kSecond, kFirst}},
-                 {{8, 2, 1, 0, 2}, colours, {1, 0, 0, 0}, {kSecond, kFirst}},
+    } cases[] = {{{1, 2, 1}, colours, {0x80, 0, 0, 0}, {second, first}},
+                 {{4, 2, 1, 0, 2}, colours, {0x10, 0, 0, 0}, {second, first}},
+                 {{8, 2, 1, 0, 2}, colours, {1, 0, 0, 0}, {second, first}},
                  {{8, 1, 1, 0, 2}, colours, {200, 0, 0, 0}, {{0, 0, 0, 255}}}, // beyond the table
-                 {{24, 1, 2}, {}, {1, 2, 3, 0, 10, 20, 30, 0}, {kFirst, kSecond}},
-                 {{24, 2, -1}, {}, {1, 2, 3, 10, 20, 30, 0, 0}, {kSecond, kFirst}},
-                 {{24, 1, -2}, {}, {1, 2, 3, 0, 10, 20, 30, 0}, {kSecond, kFirst}},
-                 {{32, 2, 1}, {}, {1, 2, 3, 0, 10, 20, 30, 0}, {kSecond, kFirst}}, // no opacity anywhere: opaque
-                 {{32, 2, 1}, {}, {1, 2, 3, 0, 10, 20, 30, 255}, {{1, 2, 3, 0}, kFirst}},
+                 {{24, 1, 2}, {}, {1, 2, 3, 0, 10, 20, 30, 0}, {first, second}},
+                 {{24, 2, -1}, {}, {1, 2, 3, 10, 20, 30, 0, 0}, {second, first}},
+                 {{24, 1, -2}, {}, {1, 2, 3, 0, 10, 20, 30, 0}, {second, first}},
+                 {{32, 2, 1}, {}, {1, 2, 3, 0, 10, 20, 30, 0}, {second, first}}, // no opacity anywhere: opaque
+                 {{32, 2, 1}, {}, {1, 2, 3, 0, 10, 20, 30, 255}, {{1, 2, 3, 0}, first}},
                  {{16}, {}, {0x1F, 0x7C, 0, 0}, {{255, 0, 255, 255}}},
                  {{16, 1, 1, 3}, wideGreen, {0xE0, 7, 0, 0}, {{0, 255, 0, 255}}},
                  {{16, 1, 1, 3}, noBlue, {0xFF, 0xFF, 0, 0}, {{0, 255, 255, 255}}},
@@ -158,23 +150,11 @@ TEST(ForeignBitmap, TruncatedBlocksAreRefused) {
     }
 }
 
-TEST(StageBitmap, RowsTurnAndColoursSwap) {
-    const auto counted = [](std::size_t count) {
-        Bytes bytes(count);
-        std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-        return bytes;
-    };
-    // 2 x 2 of 24 bits: rows of 6 bytes padded to 8, the lower row first, blue first.
-    const stage::Frame rgb = unpacked(bitmapOf({24, 2, 2}, counted(16)), stage::OpacityByte::Used);
-    EXPECT_EQ(rgb.format, stage::PixelFormat::Rgb);
-    EXPECT_EQ(rgb.pixels, (Bytes{10, 9, 8, 13, 12, 11, 2, 1, 0, 5, 4, 3}));
-    const Bytes deep = bitmapOf({32, 1, 2}, counted(8));
+// fuzz/foreign_bitmap holds against the other readers that rows turn and colours swap; they know no opacity.
+TEST(StageBitmap, OpacityIsTakenWhenItIsUsed) {
+    const Bytes deep = bitmapOf({32, 1, 2}, {0, 1, 2, 3, 4, 5, 6, 7});
     EXPECT_EQ(unpacked(deep, stage::OpacityByte::Used).pixels, (Bytes{6, 5, 4, 7, 2, 1, 0, 3}));
     EXPECT_EQ(unpacked(deep).pixels, (Bytes{6, 5, 4, 2, 1, 0}));
-    // 3 x 2 of 8 bits: the colour table takes 1024 bytes, which is 0 modulo 256.
-    const stage::Frame indexed = unpacked(bitmapOf({8, 3, 2}, counted(1024 + 8)));
-    EXPECT_EQ(indexed.pixels, (Bytes{4, 5, 6, 0, 1, 2}));
-    EXPECT_EQ(indexed.palette[2], (stage::Rgb{10, 9, 8}));
 }
 
 constexpr std::uint8_t kUntouched = 0xEE; // appears in no payload
@@ -207,45 +187,40 @@ TEST(PackedRecord, StatesItsSizeAndRefusesOtherBytes) {
     EXPECT_EQ(unpackedSize(header), 20000u);
     put32(header, kRecordSizeOffset, 0xFFFFFFFF);
     EXPECT_EQ(unpackedSize(header), 0xFFFFFFFFu);
-    std::vector<Bytes> refused = {
-        {}, Bytes(kRecordHeaderBytes), Bytes(record.begin(), record.begin() + kRecordHeaderBytes - 1)};
-    refused.push_back(record);
-    refused.back()[7] ^= 0x20; // another case of the letter
-    for (const Bytes& bytes : refused)
+    Bytes otherCase = record, cut = record;
+    otherCase[7] ^= 0x20;
+    cut.resize(kRecordHeaderBytes - 1);
+    for (const Bytes& bytes : {Bytes(), Bytes(kRecordHeaderBytes), cut, otherCase})
         EXPECT_TRUE(!unpackedSize(bytes) && !arrived(bytes, 100)) << bytes.size();
 }
 
 TEST(PackedRecord, UnpacksWhatFitsAndRefusesCorruptStreams) {
     const struct {
-        const char* name;
         std::function<void(Bytes& record)> damage;
         std::size_t targetSize;
         std::optional<std::size_t> arrives;
-    } cases[] = {
-        {"whole", [](Bytes&) {}, 20000, 20000},
-        {"less room than stream", [](Bytes&) {}, 100, 100},
-        {"room for one step and a byte", [](Bytes&) {}, 8193, 8193},
-        {"bytes behind the stream", [](Bytes& r) { r.resize(r.size() + 9, 1); }, 20000, 20000},
-        {"packed size beyond the record", [](Bytes& r) { put32(r, 12, 0xFFFFFFFF); }, 20000, 20000},
-        {"header alone", [](Bytes& r) { r.resize(kRecordHeaderBytes); }, 20000, 0},
-        {"no checksum", [](Bytes& r) { r.resize(r.size() - 4); }, 20000, 20000},
-        {"wrong checksum", [](Bytes& r) { r.back() ^= 1; }, 20000, std::nullopt},
-        {"no zlib header", [](Bytes& r) { r[52] = 0; }, 20000, std::nullopt},
-        {"preset dictionary", [](Bytes& r) { r[53] = 0xBB; }, 20000, std::nullopt}, // 0x78BB = 31 x 997, FDICT set
-        {"unknown block type", [](Bytes& r) { r[54] |= 6; }, 20000, std::nullopt}};
+    } cases[] = {{[](Bytes&) {}, 20000, 20000},
+                 {[](Bytes&) {}, 20009, 20000},
+                 {[](Bytes&) {}, 100, 100},
+                 {[](Bytes&) {}, 8193, 8193}, // a step and a byte
+                 {[](Bytes& r) { r.resize(r.size() + 9, 1); }, 20000, 20000},
+                 {[](Bytes& r) { put32(r, kRecordPackedSizeOffset, 0xFFFFFFFF); }, 20000, 20000},
+                 {[](Bytes& r) { r.resize(kRecordHeaderBytes); }, 20000, 0},
+                 {[](Bytes& r) { r.resize(r.size() - 4); }, 20000, 20000}, // without its checksum
+                 {[](Bytes& r) { r.back() ^= 1; }, 20000, {}},
+                 {[](Bytes& r) { r[52] = 0; }, 20000, {}},    // no zlib header
+                 {[](Bytes& r) { r[53] = 0xBB; }, 20000, {}}, // preset dictionary: 0x78BB = 31 x 997, FDICT set
+                 {[](Bytes& r) { r[54] |= 6; }, 20000, {}}};  // unknown block type
     for (const auto& c : cases) {
         Bytes record = makeRecord(payload());
         c.damage(record);
-        EXPECT_EQ(arrived(record, c.targetSize), c.arrives) << c.name;
+        EXPECT_EQ(arrived(record, c.targetSize), c.arrives) << &c - cases;
     }
-}
-
-TEST(PackedRecord, ACutStreamKeepsItsFront) {
-    // Stored blocks: a block's length stands in front of it, so the bytes before the cut are known.
-    const Bytes record = makeRecord(payload(), Z_NO_COMPRESSION);
+    // In stored blocks a block's length stands in front of it, so the bytes before a cut are known.
+    const Bytes stored = makeRecord(payload(), Z_NO_COMPRESSION);
     for (const std::size_t kept : {0u, 1u, 8192u, 9000u}) {
         const std::size_t overhead = kRecordHeaderBytes + 2 + 5; // record, stream and block header
-        EXPECT_EQ(arrived(Bytes(record.data(), record.data() + overhead + kept), 20000), kept);
+        EXPECT_EQ(arrived(Bytes(stored.data(), stored.data() + overhead + kept), 20000), kept);
     }
 }
 

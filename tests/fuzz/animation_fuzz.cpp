@@ -16,8 +16,7 @@ namespace {
 enum class Content : unsigned { Colour, Hole, Greys, Colours, ManyColours, HalfOpaque };
 
 void changeArea(Input& input, Picture& picture) {
-    const std::uint32_t x = input.number(picture.width - 1);
-    const std::uint32_t y = input.number(picture.height - 1);
+    const std::uint32_t x = input.number(picture.width - 1), y = input.number(picture.height - 1);
     const std::uint32_t width = 1 + input.number(picture.width - x - 1);
     const std::uint32_t height = 1 + input.number(picture.height - y - 1);
     const auto content = static_cast<Content>(input.number(5));
@@ -25,13 +24,12 @@ void changeArea(Input& input, Picture& picture) {
     std::minstd_rand random(bytes[0]);
     const auto noise = [&] { return static_cast<std::uint8_t>(random() >> 8); };
     for (std::uint32_t i = 0; i < width * height; ++i) {
-        Rgb colour{bytes[1], bytes[2], bytes[3]};
-        if (content != Content::Colour)
-            colour.red = noise() & bytes[1];
+        const std::uint8_t red = content == Content::Colour ? bytes[1] : noise() & bytes[1];
+        Rgb colour{red, bytes[2], bytes[3]};
         if (content == Content::Greys)
-            colour.green = colour.blue = colour.red;
+            colour = {red, red, red};
         if (content == Content::ManyColours)
-            colour = {colour.red, noise(), noise()};
+            colour = {red, noise(), noise()};
         const std::uint8_t opacity = content == Content::Hole ? 0 : content == Content::HalfOpaque ? noise() : 255;
         picture.pixels[(y + i / width) * picture.width + x + i % width] = pixelOf(colour, opacity);
     }
@@ -44,7 +42,7 @@ Animation takeAnimation(Input& input) {
     const std::size_t frames = 1 + input.number(4);
     animation.plays = input.take<std::uint16_t>();
     Picture picture{animation.width, animation.height, {}};
-    picture.pixels.resize(std::size_t{picture.width} * picture.height, pixelOf(Rgb{}));
+    picture.pixels.resize(std::size_t{picture.width} * picture.height, pixelOf({}));
     while (animation.frames.size() < frames) {
         const std::uint32_t delay = input.number(255) * 10;
         for (unsigned areas = input.number(3); areas > 0; --areas)

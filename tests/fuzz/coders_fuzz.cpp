@@ -28,8 +28,7 @@ void checkDeflating(const Bytes& bytes) {
 // A bit of each byte says whether its pixel may be transparent as well; the others are its index.
 void checkCoding(std::span<const std::uint8_t> bytes, unsigned size) {
     const auto transparent = static_cast<std::uint8_t>((1u << size) - 1);
-    std::vector<std::uint8_t> indices;
-    std::vector<std::uint8_t> isFree;
+    Bytes indices, isFree;
     for (const std::uint8_t byte : bytes) {
         indices.push_back(static_cast<std::uint8_t>(byte & transparent));
         isFree.push_back(byte >> 7);

@@ -44,15 +44,13 @@ public:
     }
     // From 0 to `most`, which is at most 255.
     unsigned number(unsigned most) { return take<std::uint8_t>() % (most + 1); }
-    bool isEmpty() const { return rest_.empty(); }
     // What is left.
     std::span<const std::uint8_t> bytes() const { return rest_; }
     // What is left, once for each of up to `most` changes that stand before it: long bytes of parts that differ, out of
     // short ones.
     std::vector<std::uint8_t> lengthened(unsigned most) {
         struct Change {
-            std::uint8_t cleared;
-            std::uint8_t turned;
+            std::uint8_t cleared, turned;
         };
         std::vector<Change> changes(1 + number(most - 1));
         for (Change& change : changes)

@@ -23,19 +23,17 @@ void checkEditable(std::span<const DataPoint> points) {
 }
 
 struct Edit {
-    std::uint8_t kind;
-    std::uint8_t index;
+    std::uint8_t kind, index;
     std::int16_t position;
     std::int32_t value;
 };
 
 void apply(const Edit& edit, std::vector<DataPoint>& points) {
-    const DataPoint point{edit.position, edit.value};
     if (edit.kind % 3 == 0) {
-        const auto index = insertDataPoint(points, point);
+        const auto index = insertDataPoint(points, {edit.position, edit.value});
         mustHold(!index || *index < points.size(), "the index is one of the list");
     } else if (edit.kind % 3 == 1) {
-        moveDataPoint(points, edit.index, point);
+        moveDataPoint(points, edit.index, {edit.position, edit.value});
     } else {
         removeDataPoint(points, edit.index);
     }

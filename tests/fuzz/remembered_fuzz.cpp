@@ -37,16 +37,14 @@ const veldran::SettingRow& rowOf(std::string_view key) {
     return *row;
 }
 
-std::string valueIn(const veldran::PlugInSettings& settings, const veldran::SettingRow& row) {
-    return row.isText() ? settings.text(row.storage) : std::to_string(settings.number(row.storage));
-}
-
 void mustArrive(std::span<const KeyValue> given, const veldran::PlugInSettings& settings) {
     std::map<veldran::Setting, std::string> last; // two keys may share a value
     for (const KeyValue& setting : given)
         last[rowOf(setting.key).storage] = setting.value;
     for (const auto& [storage, value] : last)
-        mustHold(valueIn(settings, veldran::settingRow(storage)) == value, "the plugin reads what was meant");
+        mustHold(value == (veldran::settingRow(storage).isText() ? settings.text(storage)
+                                                                 : std::to_string(settings.number(storage))),
+                 "the plugin reads what was meant");
 }
 
 void checkRoundTrip(std::string_view remembered) {

@@ -3,7 +3,6 @@
 //   replay TARGET FOLDER   each file in it; there must be some
 // In a folder each file is run whole, cut off at some places, and with a byte changed at others, always the same ones.
 // A failure names the bytes that led to it.
-#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -11,10 +10,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <random>
 #include <sanitizer/common_interface_defs.h>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #define FUZZ_TARGET(name) extern "C" int fuzz_##name(const std::uint8_t* data, std::size_t size);
@@ -26,18 +25,14 @@ namespace {
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
-struct Target {
-    const char* name;
-    int (*run)(const std::uint8_t* data, std::size_t size);
-};
-
-constexpr Target kTargets[] = {
+// By their names.
+const std::map<std::string, int (*)(const std::uint8_t* data, std::size_t size)> kTargets = {
 #define FUZZ_TARGET(name) {#name, fuzz_##name},
 #include "targets.inc"
 #undef FUZZ_TARGET
 };
 
-constexpr int kChangedRuns = 300; // the files of a folder together
+constexpr std::size_t kChangedRuns = 300; // the files of a folder together
 
 // What is being run, for those who tell of a failure.
 std::string current;
@@ -51,15 +46,15 @@ Bytes bytesOf(const fs::path& file) {
     return Bytes(std::istreambuf_iterator<char>(stream), {});
 }
 
-void run(const Target& target, const Bytes& bytes, const std::string& what) {
+void run(const std::string& target, const Bytes& bytes, const std::string& what) {
     current = what;
-    target.run(bytes.data(), bytes.size());
+    kTargets.at(target)(bytes.data(), bytes.size());
 }
 
 // A quarter of the runs has the front of the file, the others all of it with a byte changed.
-void runChanged(const Target& target, const Bytes& whole, const std::string& name, int runs) {
+void runChanged(const std::string& target, const Bytes& whole, const std::string& name, std::size_t runs) {
     std::mt19937 random(1);
-    for (int i = 0; i < runs && !whole.empty(); ++i) {
+    for (std::size_t i = 0; i < runs && !whole.empty(); ++i) {
         Bytes changed = whole;
         const std::size_t at = random() % whole.size();
         const auto byte = static_cast<std::uint8_t>(random());
@@ -72,30 +67,22 @@ void runChanged(const Target& target, const Bytes& whole, const std::string& nam
     }
 }
 
-// Whether there are files.
-bool runFolder(const Target& target, const fs::path& folder) {
-    const std::vector<fs::path> files(fs::directory_iterator(folder), {});
-    for (const fs::path& file : files) {
-        const Bytes whole = bytesOf(file);
-        run(target, whole, file.string());
-        runChanged(target, whole, file.string(), kChangedRuns / static_cast<int>(files.size()));
-    }
-    return !files.empty();
-}
-
 } // namespace
 
 int main(int count, char** words) {
     __sanitizer_set_death_callback(tellCurrent);
     std::signal(SIGABRT, [](int) { tellCurrent(); });
-    const auto* const target = std::ranges::find_if(
-        kTargets, [&](const Target& known) { return count == 3 && std::string_view(words[1]) == known.name; });
-    if (target == std::end(kTargets)) {
+    if (count != 3 || !kTargets.contains(words[1])) {
         std::fprintf(stderr, "replay TARGET FILE, or replay TARGET FOLDER\n");
         return 2;
     }
-    if (fs::is_directory(words[2]))
-        return runFolder(*target, words[2]) ? 0 : 1;
-    run(*target, bytesOf(words[2]), words[2]);
-    return 0;
+    const bool isFolder = fs::is_directory(words[2]);
+    const std::vector<fs::path> files =
+        isFolder ? std::vector<fs::path>(fs::directory_iterator(words[2]), {}) : std::vector<fs::path>{words[2]};
+    for (const fs::path& file : files) {
+        const Bytes whole = bytesOf(file);
+        run(words[1], whole, file.string());
+        runChanged(words[1], whole, file.string(), isFolder ? kChangedRuns / files.size() : 0);
+    }
+    return files.empty() ? 1 : 0;
 }

@@ -15,12 +15,14 @@
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
+#include <iomanip>
 #include <random>
 #include <sstream>
 #include <string>
 #include <string_view>
 
 using namespace veldran;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -46,17 +48,15 @@ void seed(const char* target, const std::string& name, const Bytes& bytes) {
 
 // One word a line, as libFuzzer reads them.
 void dictionary(const char* target, const std::vector<std::string>& words) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string lines;
+    std::ostringstream lines;
+    lines << std::hex << std::setfill('0');
     for (const std::string& word : words) {
-        lines += '"';
-        for (const char c : word) {
-            const auto byte = static_cast<unsigned char>(c);
-            lines.append("\\x").append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 15]);
-        }
-        lines += "\"\n";
+        lines << '"';
+        for (const char c : word)
+            lines << "\\x" << std::setw(2) << int{static_cast<unsigned char>(c)};
+        lines << "\"\n";
     }
-    write(folder / (std::string(target) + ".dict"), lines);
+    write(folder / (std::string(target) + ".dict"), lines.str());
 }
 
 Bytes noise(std::size_t count, std::uint32_t start = 1) {
@@ -66,13 +66,10 @@ Bytes noise(std::size_t count, std::uint32_t start = 1) {
     return bytes;
 }
 
-Bytes joined(Bytes head, const Bytes& tail) {
+template <class Tail = Bytes>
+Bytes joined(Bytes head, const Tail& tail) {
     head.insert(head.end(), tail.begin(), tail.end());
     return head;
-}
-
-Bytes bytesOf(std::string_view text) {
-    return {text.begin(), text.end()};
 }
 
 void seedSettings() {
@@ -91,12 +88,11 @@ void seedSettings() {
 void seedTexts() {
     seed("markers", "three", "Alpha,45,80\r\nBravo,359,100\n\n,0,0\rno number,x,\x1A,1,1\n");
     seed("markers", "far", "A,2147483648,-2147483649\nB, +7 ,-99999999999999999999, 5\n");
-    const Bytes curve = bytesOf("0,0;50,1000;100,250");
+    const std::string_view curve = "0,0;50,1000;100,250";
     seed("points", "moved", joined({60, 2, 1, 1, 0, 0, 0, 0, 0, 0, 1, 1, 120, 0, 0xFF, 0xFF, 0, 0}, curve));
     seed("points", "inserted and removed", joined({9, 2, 0, 0, 60, 0, 9, 0, 0, 0, 2, 1, 0, 0, 0, 0, 0, 0}, curve));
-    seed("points", "wild", joined({200, 0}, bytesOf(" 5 , -7;;3,99999999999;x,1")));
-    seed("data_pad_text", "lines",
-         joined({1, 0}, bytesOf("first line\r\n\tsecond\n\n" + std::string(300, 'w') + "\n!")));
+    seed("points", "wild", joined({200, 0}, " 5 , -7;;3,99999999999;x,1"sv));
+    seed("data_pad_text", "lines", joined({1, 0}, "first line\r\n\tsecond\n\n" + std::string(300, 'w') + "\n!"));
     seed("data_pad_text", "codes", joined({0, 0}, noise(400)));
     seed("batch", "lines",
          "\xEF\xBB\xBF# renders\nrender --effect radar --set \"MainRadarMarkers=a \\\" b\" --out r.gif --out r.apng\r\n"
@@ -120,7 +116,7 @@ void seedSounds() {
             const WaveFormat format = pcm(channels, bits);
             Bytes bytes(sizeof format);
             std::memcpy(bytes.data(), &format, sizeof format);
-            bytes = joined(bytes, {7, static_cast<std::uint8_t>(channels * 5), 3, 0, 200, 0});
+            bytes = joined(bytes, Bytes{7, static_cast<std::uint8_t>(channels * 5), 3, 0, 200, 0});
             bytes = joined(bytes, channels == 1 ? noise(600) : words({100, -200, 32767, -32768, 5, 6, 7}));
             seed("sound", std::to_string(channels) + " channels of " + std::to_string(bits), bytes);
         }
@@ -147,58 +143,49 @@ void seedBitmaps() {
     seed("packed_record", "record", joined({0, 9, 0}, makeRecord(bitmap({8, 4, 3}))));
 }
 
-// Red, green and blue from a byte, so that there are many colours, few or holes.
+// Colours from noise, so that there are many colours, few or holes.
 stage::Animation animation(std::uint8_t mask, bool hasHoles) {
-    stage::Animation animation;
-    animation.width = 9;
-    animation.height = 7;
+    stage::Animation animation{9, 7, {}, 0, {}, "comment", stage::Remembered{"MainEffect = 1\n", "A,1,2\n"}};
     for (std::uint32_t frame = 0; frame < 3; ++frame) {
         stage::Picture picture{9, 7, {}};
         for (const std::uint8_t byte : noise(63, 1 + frame / 2)) {
-            const auto level = static_cast<std::uint8_t>(byte & mask);
-            picture.pixels.push_back(hasHoles && byte % 3 == 0
-                                         ? stage::kTransparentPixel
-                                         : stage::pixelOf({level, byte, 30}, hasHoles && mask == 255 ? byte : 255));
+            const std::uint32_t opacity = !hasHoles ? 255 : byte % 3 == 0 ? 0 : mask == 255 ? byte : 255;
+            picture.pixels.push_back(stage::pixelOf({std::uint8_t(byte & mask), byte, 30}, opacity));
         }
         animation.frames.push_back(frameOf(picture));
         animation.frames.back().delay = 40 + 10 * frame;
     }
-    animation.comment = "comment";
-    animation.made = stage::Remembered{"MainEffect = 1\n", "A,1,2\n"};
     return animation;
 }
 
 void seedWritten() {
-    const struct {
-        const char* name;
-        std::uint8_t mask;
-        bool hasHoles;
-    } looks[] = {{"few", 0x10, false}, {"holes", 0x30, true}, {"many", 255, false}, {"opacity", 255, true}};
+    const std::tuple<const char*, std::uint8_t, bool> looks[] = {
+        {"few", 0x10, false}, {"holes", 0x30, true}, {"many", 255, false}, {"opacity", 255, true}};
     const std::pair<const char*, stage::OutputFormat> formats[] = {
         {"gif", stage::OutputFormat::Gif}, {"png", stage::OutputFormat::Apng}, {"mng", stage::OutputFormat::Mng}};
-    for (const auto& look : looks)
+    for (const auto& [name, mask, hasHoles] : looks)
         for (const auto& [target, format] : formats) {
             stage::MemorySink sink;
-            stage::writeAnimation(animation(look.mask, look.hasHoles), format, {}, sink);
-            seed(target, look.name, sink.bytes());
+            stage::writeAnimation(animation(mask, hasHoles), format, {}, sink);
+            seed(target, name, sink.bytes());
         }
 }
 
 void seedGifs() {
     // Interlaced, with a palette of its own, an end inside of it, and no trailer.
-    Bytes gif = bytesOf(std::string_view("GIF87a\5\0\t\0\x80\1\0\1\2\3\4\5\6,\0\0\0\0\5\0\t\0\xC0", 29));
+    const auto head = "GIF87a\5\0\t\0\x80\1\0\1\2\3\4\5\6,\0\0\0\0\5\0\t\0\xC0\0\x28\x50\x78\xA0\xC8\2"sv;
     Bytes indices = noise(45);
     for (std::uint8_t& index : indices)
         index &= 1;
     const Bytes codes = stage::compressLzw({indices}, 2);
-    gif = joined(joined(gif, {0, 40, 80, 120, 160, 200, 2, static_cast<std::uint8_t>(codes.size())}), codes);
-    seed("gif", "interlaced", joined(gif, {0}));
+    Bytes gif = joined(joined({}, head), Bytes{static_cast<std::uint8_t>(codes.size())});
+    seed("gif", "interlaced", joined(joined(gif, codes), Bytes{0}));
     dictionary("gif", {"GIF89a", "GIF87a", std::string("!\xF9\4\5\1\0\1\0", 8), "!\xFF\vNETSCAPE2.0\3\1", "!\xFE",
                        std::string(",\0\0\0\0", 5), "[Voltane #1]\n", ";"});
     seed("coders", "indices", joined({2, 1, 1, 2, 0, 0, 1, 1, 0, 9}, noise(300)));
     seed("coders", "noise", joined({0, 0, 2, 0x80, 0, 0xF0, 3, 0, 0}, noise(200)));
     seed("coders", "text",
-         joined({0, 0, 1, 0, 0, 0, 0}, bytesOf("a text that is a text and a text again, aaaaaaaaaaaaaaaaaaaaa")));
+         joined({0, 0, 1, 0, 0, 0, 0}, "a text that is a text and a text again, aaaaaaaaaaaaaaaaaaaaa"sv));
 }
 
 // More than the picture needs, so that sides may grow: rows of all filters, for mendedChunks to compress.
@@ -212,8 +199,8 @@ Bytes rawPixels(std::size_t rowBytes) {
 void putPicture(Bytes& file, std::uint8_t depth, std::uint8_t colour, bool isInterlaced) {
     constexpr std::size_t kSamples[] = {1, 0, 3, 1, 2, 0, 4};
     constexpr std::uint8_t kSide = 5;
-    const std::uint8_t interlacing = isInterlaced ? 1 : 0;
-    stage::putChunk(file, "IHDR", Bytes{0, 0, 0, kSide, 0, 0, 0, kSide, depth, colour, 0, 0, interlacing});
+    stage::putChunk(file, "IHDR",
+                    Bytes{0, 0, 0, kSide, 0, 0, 0, kSide, depth, colour, 0, 0, std::uint8_t(isInterlaced)});
     if (colour == 3) {
         stage::putChunk(file, "PLTE", noise(3 * (std::size_t{1} << depth)));
         stage::putChunk(file, "tRNS", noise(2));
@@ -233,11 +220,11 @@ void seedPngs() {
         putPicture(file, depth, colour, depth + colour % 2 > 4);
         seed("png", "raw " + std::to_string(depth) + " " + std::to_string(colour), file);
     }
-    const std::vector<std::string> chunks = {"IHDR", "PLTE", "tRNS",    "IDAT",       "IEND",          "tEXt",
-                                             "zTXt", "iTXt", "Comment", "Voltane #1", "[Voltane #1]\n"};
-    std::vector<std::string> words = chunks;
-    words.insert(words.end(), {"acTL", "fcTL", "fdAT"});
+    std::vector<std::string> words = {"IHDR", "PLTE",    "tRNS",       "IDAT",           "IEND", "tEXt", "zTXt",
+                                      "iTXt", "Comment", "Voltane #1", "[Voltane #1]\n", "acTL", "fcTL", "fdAT"};
     dictionary("png", words);
+    words.insert(words.end(), {"MHDR", "MEND", "TERM", "FRAM", "DEFI", "BACK", "SAVE", "SEEK"});
+    dictionary("mng", words);
 
     Bytes mng(std::begin(stage::kMngSignature), std::end(stage::kMngSignature));
     stage::putChunk(mng, "MHDR",
@@ -251,9 +238,6 @@ void seedPngs() {
     putPicture(mng, 4, 3, false);
     stage::putChunk(mng, "MEND", {});
     seed("mng", "raw", mng);
-    words = chunks;
-    words.insert(words.end(), {"MHDR", "MEND", "TERM", "FRAM", "DEFI", "BACK", "SAVE", "SEEK"});
-    dictionary("mng", words);
 }
 
 // Sides, frames, plays; a frame is its delay, the number of its areas, and for each its place, content and four bytes.

@@ -52,8 +52,8 @@ void checkWave(const WaveValues& wave, bool isSilent, std::size_t first, std::si
         const std::vector<float> values = wave.read(display, first, count, kMost);
         mustHold(values.size() == count || (count > kMost && values.size() <= kMost && !values.empty()),
                  "there are as many values as moments, or as many as there may be");
-        for (const float value : values)
-            mustHold(std::abs(value) <= 1.0001f && (!isSilent || value == 0), "a value lies on the screen");
+        mustHold(std::ranges::all_of(values, [&](float v) { return std::abs(v) <= (isSilent ? 0 : 1.0001f); }),
+                 "a value lies on the screen");
     }
 }
 
