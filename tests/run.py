@@ -14,7 +14,7 @@ ENDED = re.compile(r"\s*\d+/(\d+) Test +#\d+: (\S+) \.+\s*(.*?) +([\d.]+) sec")
 
 def main(tree, *words):
     results = os.path.join(tree, "tests.xml")
-    command = ["ctest", "--test-dir", tree, f"-j{os.cpu_count()}", "--output-junit", os.path.abspath(results)]
+    command = ["ctest", "--test-dir", tree, f"-j{os.cpu_count() + 1}", "--output-junit", os.path.abspath(results)]
     if words:
         command += ["-R", "|".join(re.escape(word) for word in words)]
     if os.path.exists(results):

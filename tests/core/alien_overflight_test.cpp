@@ -10,20 +10,20 @@ namespace veldran {
 namespace {
 
 constexpr CurvePoints kRising{0, 8, 16, 24, 31};
-constexpr CurvePoints kFull{31, 31, 31, 31, 31};
+constexpr CurvePoints kFullView{31, 31, 31, 31, 31};
 constexpr CurvePoints kNone{};
-constexpr TerrainCurves kGrey{kRising, kRising, kRising, kFull};
+constexpr TerrainCurves kGreyLand{kRising, kRising, kRising, kFullView};
 
 TEST(Curves, AreStraightBetweenTheirPoints) {
     constexpr CurvePoints kBent{31, 0, 0, 10, 20};
     for (const auto& [at, height] : {std::pair{-1., 1.}, {0.125, 0.5}, {0.875, 15. / 31}, {2., 20. / 31}})
         EXPECT_DOUBLE_EQ(curveHeight(kBent, at), height) << at;
-    EXPECT_EQ(landColour({kFull, kNone, kBent, kFull}, 0), makeColour(255, 0, 255));
-    EXPECT_EQ(landColour({kFull, kFull, kFull, kNone}, 0.5), 0u);
+    EXPECT_EQ(landColour({kFullView, kNone, kBent, kFullView}, 0), makeColour(255, 0, 255));
+    EXPECT_EQ(landColour({kFullView, kFullView, kFullView, kNone}, 0.5), 0u);
 }
 
 TEST(Terrain, SameSeedSameLandOnARingBothWays) {
-    const Terrain land(10632, 4, 128, kGrey), again(10632, 4, 128, kGrey);
+    const Terrain land(10632, 4, 128, kGreyLand), again(10632, 4, 128, kGreyLand);
     const auto rows = static_cast<float>(land.rows());
     for (float row = 0; row < 256; row += 7.5f)
         for (float column = 0; column < 256; column += 5.25f) {
@@ -38,7 +38,7 @@ TEST(Terrain, SameSeedSameLandOnARingBothWays) {
 TEST(Terrain, RuggednessRaisesAndRoughensIt) {
     double before = 0;
     for (const int ruggedness : {1, 4, 10}) {
-        const Terrain land(1000, ruggedness, 8, kGrey);
+        const Terrain land(1000, ruggedness, 8, kGreyLand);
         float highest = 0;
         double slope = 0;
         for (int row = 0; row < land.rows(); ++row)
@@ -62,7 +62,7 @@ TEST(Flight, ClosesAndStaysAboveGround) {
     }
     for (const int ruggedness : {1, 10})
         for (const int seed : {1000, 10632, 32760}) {
-            const Terrain land(seed, ruggedness, 128, kGrey);
+            const Terrain land(seed, ruggedness, 128, kGreyLand);
             for (double turn = 0; turn < 1; turn += 0.001) {
                 const Terrain::Station at = land.stationAt(turn);
                 ASSERT_GT(at.altitude, land.heightAt(float(at.column), float(at.row)) + 2) << turn;
@@ -74,7 +74,7 @@ TEST(Flight, ClosesAndStaysAboveGround) {
 }
 
 TEST(AlienView, CoversThePictureAndFadesIntoHaze) {
-    const Terrain land(10632, 4, 16, {kFull, kNone, kNone, kFull}); // red
+    const Terrain land(10632, 4, 16, {kFullView, kNone, kNone, kFullView}); // red
     const AlienView view(land, {0x400000, 0x00FF00, 0x0000FF}, 131, 131);
     Raster picture(131, 131, 24, RowOrder::BottomUp), again(131, 131, 24, RowOrder::TopDown, 0);
     for (const Raster* raster : {&picture, &again})

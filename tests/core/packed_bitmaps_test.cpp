@@ -17,13 +17,13 @@
 namespace veldran {
 namespace {
 
-using Pixels = std::vector<ForeignBitmap::Pixel>;
+using PixelRows = std::vector<ForeignBitmap::Pixel>;
 
-Pixels readAll(const Bytes& block) {
+PixelRows readAll(const Bytes& block) {
     const std::optional<ForeignBitmap> bitmap = ForeignBitmap::open(block);
-    Pixels pixels;
+    PixelRows pixels;
     for (int y = 0; bitmap && y < bitmap->height(); ++y) {
-        Pixels row(static_cast<std::size_t>(bitmap->width()));
+        PixelRows row(static_cast<std::size_t>(bitmap->width()));
         bitmap->readRow(y, 0, row);
         pixels.insert(pixels.end(), row.begin(), row.end());
     }
@@ -113,7 +113,7 @@ TEST(ForeignBitmap, EveryDepthAndOrderIsRead) {
     const struct {
         BitmapLayout layout;
         Bytes head, rows;
-        Pixels pixels;
+        PixelRows pixels;
     } cases[] = {{{1, 2, 1}, colours, {0x80, 0, 0, 0}, {second, first}},
                  {{4, 2, 1, 0, 2}, colours, {0x10, 0, 0, 0}, {second, first}},
                  {{8, 2, 1, 0, 2}, colours, {1, 0, 0, 0}, {second, first}},

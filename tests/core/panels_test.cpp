@@ -81,7 +81,7 @@ std::string readDocument() {
 }
 
 // The values of an attribute, in order.
-std::vector<std::string> valuesOf(const std::string& html, const std::string& attribute) {
+std::vector<std::string> choiceValues(const std::string& html, const std::string& attribute) {
     const std::string opening = " " + attribute + "=\"";
     std::vector<std::string> values;
     for (std::size_t at = html.find(opening); at != std::string::npos; at = html.find(opening, at)) {
@@ -119,9 +119,9 @@ TEST(HelpTopics, EveryTopicHasItsAnchorAndLinksLeadSomewhere) {
         EXPECT_FALSE(sectionOf(html, topic).empty()) << topic;
     for (const auto& [row, topic] : {std::pair{-1, kHelpMain}, {15, "RADAR"}, {20, kHelpMain}})
         EXPECT_STREQ(helpTopicOf(row), topic);
-    for (const std::string& anchor : valuesOf(html, "id"))
+    for (const std::string& anchor : choiceValues(html, "id"))
         EXPECT_TRUE(anchors.insert(anchor).second) << anchor;
-    for (const std::string& link : valuesOf(html, "href"))
+    for (const std::string& link : choiceValues(html, "href"))
         EXPECT_TRUE(link.starts_with('#') && anchors.contains(link.substr(1))) << link;
 }
 

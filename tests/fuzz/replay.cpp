@@ -32,7 +32,7 @@ const std::map<std::string, int (*)(const std::uint8_t* data, std::size_t size)>
 #undef FUZZ_TARGET
 };
 
-constexpr std::size_t kChangedRuns = 300; // the files of a folder together
+constexpr std::size_t kChangedRuns = 100; // the files of a folder together
 
 // What is being run, for those who tell of a failure.
 std::string current;

@@ -29,8 +29,8 @@ namespace {
 enum class Mode { Idle, Discovering, FailingNewPlaces, Failing, Short, Exhausted };
 
 // Who gives back what was acquired is mostly found so near; with all frames each instrument and each option has its own
-// places in what they share, four times as many in all.
-constexpr int kNearFrames = 3;
+// places in what they share.
+constexpr int kNearFrames = 2;
 constexpr int kAllFrames = 64;
 
 struct State {
