@@ -64,3 +64,12 @@ use_wine() {
     find "$WINEPREFIX/drive_c/users" -type l -exec sh -c 'rm "$1" && mkdir "$1"' sh {} \;
     touch "$WINEPREFIX/ready-alone"
 }
+
+# build_beside_wine PRESET [TARGET...]: builds while Wine is prepared, which waits most of the time.
+build_beside_wine() {
+    (use_wine) &
+    local preparing=$!
+    build "$@"
+    wait $preparing || exit 1
+    use_wine
+}
